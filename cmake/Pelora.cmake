@@ -1,0 +1,74 @@
+# Shared build rules: one options target and three small functions.
+
+add_library(pelora_options INTERFACE)
+target_compile_features(pelora_options INTERFACE cxx_std_20)
+target_include_directories(pelora_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_definitions(pelora_options INTERFACE
+  QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_NO_FOREACH)
+if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+  target_compile_options(pelora_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wold-style-cast -Woverloaded-virtual -Wnon-virtual-dtor
+    $<$<BOOL:${PELORA_WERROR}>:-Werror>)
+elseif(MSVC)
+  target_compile_options(pelora_options INTERFACE /W4 /utf-8 $<$<BOOL:${PELORA_WERROR}>:/WX>)
+endif()
+
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_AUTORCC ON)
+set(CMAKE_AUTOUIC ON)
+set(CMAKE_AUTOUIC_SEARCH_PATHS ${PROJECT_SOURCE_DIR}/app/forms)
+
+if(PELORA_CLANG_TIDY)
+  find_program(PELORA_CLANG_TIDY_EXECUTABLE NAMES clang-tidy REQUIRED)
+  # Generated sources lie below the build folder: one harmless check there, the real ones here.
+  file(WRITE ${PROJECT_BINARY_DIR}/.clang-tidy "Checks: '-*,misc-definitions-in-headers'\n")
+endif()
+
+# pelora_product(<target>): what every library and program of the product shares beyond the options.
+function(pelora_product target)
+  if(PELORA_CLANG_TIDY)
+    set_target_properties(${target} PROPERTIES
+      CXX_CLANG_TIDY "${PELORA_CLANG_TIDY_EXECUTABLE};--quiet;--warnings-as-errors=*")
+  endif()
+endfunction()
+
+# pelora_core_sources(<file>...): add pure sources of the current room to the core library.
+function(pelora_core_sources)
+  foreach(source IN LISTS ARGN)
+    target_sources(pelora_core PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/${source})
+  endforeach()
+endfunction()
+
+# pelora_room(<room> SOURCES <file>... LINK <target>...): the library of one room, pelora_<room>.
+function(pelora_room room)
+  cmake_parse_arguments(ROOM "" "" "SOURCES;LINK" ${ARGN})
+  add_library(pelora_${room} STATIC ${ROOM_SOURCES})
+  target_link_libraries(pelora_${room} PUBLIC pelora_core ${ROOM_LINK})
+  pelora_product(pelora_${room})
+endfunction()
+
+# pelora_test(<name> SOURCES <file>... LINK <target>... [LABELS <label>...] [DISPLAY] [SOLO]):
+# one Qt Test program. It runs offscreen, or on a virtual X display with DISPLAY, alone with SOLO,
+# and with a home folder of its own, so that no test touches the user's files or another test's.
+function(pelora_test name)
+  cmake_parse_arguments(TEST "DISPLAY;SOLO" "" "SOURCES;LINK;LABELS;ENVIRONMENT" ${ARGN})
+  add_executable(${name} ${TEST_SOURCES})
+  target_link_libraries(${name} PRIVATE ${TEST_LINK} Qt6::Test)
+  set(home ${CMAKE_CURRENT_BINARY_DIR}/home/${name})
+  file(MAKE_DIRECTORY ${home})
+  if(TEST_DISPLAY)
+    add_test(NAME ${name} COMMAND ${PROJECT_SOURCE_DIR}/scripts/with-display $<TARGET_FILE:${name}>)
+    set(platform xcb)
+  else()
+    add_test(NAME ${name} COMMAND ${name})
+    set(platform offscreen)
+  endif()
+  set_tests_properties(${name} PROPERTIES
+    TIMEOUT 300
+    RUN_SERIAL ${TEST_SOLO}
+    LABELS "${TEST_LABELS}"
+    SKIP_RETURN_CODE 77
+    ENVIRONMENT "QT_QPA_PLATFORM=${platform};HOME=${home};XDG_CONFIG_HOME=${home}/.config;XDG_RUNTIME_DIR=${home};QT_LOGGING_RULES=qt.qpa.*=false;${TEST_ENVIRONMENT}")
+endfunction()

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QByteArray>
+#include <string>
+
+/// Framing of outgoing commands, the same on the serial line and in a datagram.
+
+/// Each byte of `text` (taken as 0 to 255) as two lower-case hexadecimal digits.
+/// Example: "//rl\r" gives "2f2f726c0d".
+std::string toHexText(const std::string &text);
+
+/// Appends one carriage return to `command` itself and returns the bytes to write to the switch.
+/// Direction: utility to switch. Example: "//??" gives 2F 2F 3F 3F 0D.
+QByteArray frameCommand(std::string &command);

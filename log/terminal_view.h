@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+class QTextEdit;
+
+/// The terminal: shows what the switch says, as plain text, and keeps all of it.
+class TerminalView
+{
+public:
+    /// Works on `view`, which stays the form's.
+    explicit TerminalView(QTextEdit &view);
+
+    /// Appends `chunk` behind what is shown, never as markup, and moves the cursor to the end.
+    /// Costs in proportion to the chunk, however much is shown already.
+    void append(const QString &chunk);
+
+    /// Moves the text cursor to the end of the document, without a selection, and into sight.
+    void scrollToEnd();
+
+    void clear();
+
+private:
+    QTextEdit &view_;
+};

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+
+/// The switch's command texts, without the carriage return that the link appends.
+/// Direction of all: utility to switch. Arguments named `index` are zero-based combo box indexes.
+
+/// Asks for the configuration listing: 2F 2F 72 6C.
+inline constexpr char readConfigurationCommand[] = "//rl";
+/// Asks for the status text: 2F 2F 3F 3F.
+inline constexpr char readStatusCommand[] = "//??";
+/// Asks for the layout: 2F 2F 42 50.
+inline constexpr char readLayoutCommand[] = "//BP";
+inline constexpr char softResetCommand[] = "//R";
+inline constexpr char factoryResetCommand[] = "//F";
+inline constexpr char beepOnCommand[] = "//B1";
+inline constexpr char beepOffCommand[] = "//B0";
+
+/// `prefix` followed by `number` in decimal without padding, for example "//c" and 3: "//c3".
+std::string numberedCommand(const std::string &prefix, int number);
+
+/// "//ks" (absolute) for index 0, "//km" (relative) for every other.
+std::string mouseModeCommand(int index);
+/// "//o0" (off) for index 0, "//o1" (on) for every other.
+std::string cursorRollingCommand(int index);
+/// "//c" and the port 1 to 4, index + 1.
+std::string kmControlCommand(int index);
+/// "//u" and the port 1 to 4, index + 1.
+std::string usbControlCommand(int index);
+/// "//D" and the number of active ports 2 to 4, index + 2.
+std::string activePortsCommand(int index);
+/// "//B1" when the buzzer is on, which the window tells by a disabled "Beep On" button, else
+/// "//B0".
+std::string beepCommand(bool beepOnButtonEnabled);
