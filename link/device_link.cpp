@@ -42,6 +42,7 @@ void DeviceLink::openSerialLink(const std::string &portName)
             --serialOpenCount;
         }
         closeNetworkLink();
+        ++linkNumber_;
         serialPort = factories_.serialPort(QString::fromStdString(portName));
         serialPort->setBaudRate(QSerialPort::Baud115200, QSerialPort::AllDirections);
         serialPort->setDataBits(QSerialPort::Data8);
@@ -70,6 +71,7 @@ void DeviceLink::openNetworkLink()
             --socketOpenCount;
         }
         closeSerialLink();
+        ++linkNumber_;
         udpSocket = factories_.udpSocket();
         udpSocket->connectToHost(QHostAddress(usrAddress), settings_.switchPort,
                                  QIODevice::ReadWrite);
@@ -90,6 +92,7 @@ void DeviceLink::closeSerialLink()
         controls_.disableDeviceControls();
         controls_.disableSettingsCombos();
         serialOpenCount = 0; // a port that failed to open never counted, so this may not go below
+        ++linkNumber_;
         serialPort->close();
         serialPort.reset();
     });
@@ -103,6 +106,7 @@ void DeviceLink::closeNetworkLink()
         controls_.disableDeviceControls();
         controls_.disableSettingsCombos();
         socketOpenCount = 0;
+        ++linkNumber_;
         udpSocket->close();
         udpSocket.reset();
     });
@@ -199,6 +203,7 @@ void DeviceLink::onSerialError(QSerialPort::SerialPortError error)
     broken->close();
     broken->deleteLater();
     serialOpenCount = 0;
+    ++linkNumber_;
     controls_.disableDeviceControls();
     controls_.disableSettingsCombos();
     controls_.setDisconnected();

@@ -87,6 +87,10 @@ public:
     int openSerialLinks() const { return serialOpenCount; }
     int openNetworkLinks() const { return socketOpenCount; }
 
+    /// Counts openings and closings, so that a late timer can tell whether its link is still the
+    /// one.
+    int linkNumber() const { return linkNumber_; }
+
     bool isSendEnabled() const { return sendEnabled; }
     void setSendEnabled(bool enabled) { sendEnabled = enabled; }
 
@@ -123,6 +127,7 @@ private:
     std::unique_ptr<QUdpSocket> udpSocket;
     int serialOpenCount = 0;
     int socketOpenCount = 0;
+    int linkNumber_ = 0;
     bool sendEnabled = true;
     QString usrAddress;
     QString moduleName_;

@@ -3,14 +3,9 @@
 #include <string>
 
 /// The switch's command texts, without the carriage return that the link appends.
-/// Direction of all: utility to switch. Arguments named `index` are zero-based combo box indexes.
+/// Direction of all: utility to switch. The three that read are in link/read_back_commands.h.
+/// Arguments named `index` are zero-based combo box indexes.
 
-/// Asks for the configuration listing: 2F 2F 72 6C.
-inline constexpr char readConfigurationCommand[] = "//rl";
-/// Asks for the status text: 2F 2F 3F 3F.
-inline constexpr char readStatusCommand[] = "//??";
-/// Asks for the layout: 2F 2F 42 50.
-inline constexpr char readLayoutCommand[] = "//BP";
 inline constexpr char softResetCommand[] = "//R";
 inline constexpr char factoryResetCommand[] = "//F";
 inline constexpr char beepOnCommand[] = "//B1";
