@@ -1,5 +1,6 @@
 #include "log/terminal_view.h"
 
+#include <QScrollBar>
 #include <QTextCursor>
 #include <QTextEdit>
 
@@ -21,7 +22,7 @@ void TerminalView::scrollToEnd()
     QTextCursor cursor = view_.textCursor();
     cursor.movePosition(QTextCursor::End);
     view_.setTextCursor(cursor);
-    view_.ensureCursorVisible();
+    view_.verticalScrollBar()->setValue(view_.verticalScrollBar()->maximum());
 }
 
 void TerminalView::clear()

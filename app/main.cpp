@@ -1,0 +1,11 @@
+#include "app/main_window.h"
+
+#include <QApplication>
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    KM_Configuration_Tool_Norvik window;
+    window.show();
+    return QApplication::exec();
+}
