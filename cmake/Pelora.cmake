@@ -58,6 +58,7 @@ function(pelora_test name)
   target_link_libraries(${name} PRIVATE ${TEST_LINK} Qt6::Test)
   set(home ${CMAKE_CURRENT_BINARY_DIR}/home/${name})
   file(MAKE_DIRECTORY ${home})
+  file(CHMOD ${home} PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE) # what Qt wants of XDG_RUNTIME_DIR
   if(TEST_DISPLAY)
     add_test(NAME ${name} COMMAND ${PROJECT_SOURCE_DIR}/scripts/with-display $<TARGET_FILE:${name}>)
     set(platform xcb)

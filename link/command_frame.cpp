@@ -15,11 +15,11 @@ std::string toHexText(const std::string &text)
     return hex;
 }
 
-QByteArray frameCommand(std::string &command)
+QByteArray frameCommand(std::string &command, const HexConversion &toHex)
 {
     command += '\r';
     // Deliberate: the detour through hexadecimal text is the one road by which bytes reach the
     // wire.
-    const QString hex = QString::fromStdString(toHexText(command));
+    const QString hex = QString::fromStdString(toHex(command));
     return QByteArray::fromHex(hex.toUtf8());
 }

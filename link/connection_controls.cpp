@@ -73,6 +73,5 @@ void ConnectionControls::explainDisconnection(const QString &reason)
 void ConnectionControls::describeIndicator(const QString &state)
 {
     widgets_.indicator->setToolTip(state);
-    widgets_.indicator->setAccessibleName(QStringLiteral("Connection status"));
-    widgets_.indicator->setAccessibleDescription(state);
+    widgets_.indicator->setAccessibleName(state);
 }

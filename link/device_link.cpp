@@ -1,6 +1,5 @@
 #include "link/device_link.h"
 
-#include "link/command_frame.h"
 #include "link/connection_controls.h"
 #include "link/open_failure.h"
 #include "log/event_log.h"
@@ -18,7 +17,8 @@ LinkFactories LinkFactories::real()
     return {
         [](const QString &portName) { return std::make_unique<QSerialPort>(portName); },
         [] { return std::make_unique<QUdpSocket>(); },
-        [](std::string &command) { return frameCommand(command); },
+        frameCommand,
+        ::toHexText,
     };
 }
 
@@ -43,7 +43,8 @@ void DeviceLink::openSerialLink(const std::string &portName)
         }
         closeNetworkLink();
         ++linkNumber_;
-        serialPort = factories_.serialPort(QString::fromStdString(portName));
+        portName_ = QString::fromStdString(portName);
+        serialPort = factories_.serialPort(portName_);
         serialPort->setBaudRate(QSerialPort::Baud115200, QSerialPort::AllDirections);
         serialPort->setDataBits(QSerialPort::Data8);
         serialPort->setParity(QSerialPort::NoParity);
@@ -53,7 +54,7 @@ void DeviceLink::openSerialLink(const std::string &portName)
             ++serialOpenCount;
             watchForBreak();
         } else {
-            reportOpenFailure(*serialPort);
+            reportOpenFailure();
         }
         connect(serialPort.get(), &QSerialPort::readyRead, this, &DeviceLink::serialReadyRead);
     });
@@ -145,7 +146,12 @@ void DeviceLink::forwardCommand(std::string command)
 QByteArray DeviceLink::frame(std::string &command)
 {
     QByteArray bytes;
-    guarded("Bytes converting error", [&] { bytes = factories_.frame(command); });
+    const auto toHex = [this](const std::string &text) {
+        std::string hex;
+        guarded("Hex converting error", [&] { hex = factories_.toHexText(text); });
+        return hex;
+    };
+    guarded("Bytes converting error", [&] { bytes = factories_.frame(command, toHex); });
     return bytes;
 }
 
@@ -194,7 +200,6 @@ void DeviceLink::onSerialError(QSerialPort::SerialPortError error)
 {
     if (error == QSerialPort::NoError || error == QSerialPort::TimeoutError || !serialPort)
         return;
-    const QString port = serialPort->portName();
     const QString reason = serialPort->errorString();
     // Closed before anything else: a vanished pseudo-terminal repeats its error without end while
     // the port stays open. The port is in the middle of its own signal, so it is deleted later.
@@ -207,7 +212,8 @@ void DeviceLink::onSerialError(QSerialPort::SerialPortError error)
     controls_.disableDeviceControls();
     controls_.disableSettingsCombos();
     controls_.setDisconnected();
-    const QString message = QStringLiteral("The connection to %1 was lost: %2").arg(port, reason);
+    const QString message =
+        QStringLiteral("The connection to %1 was lost: %2").arg(portName_, reason);
     controls_.explainDisconnection(message);
     writeLog(message.toStdString());
     auto *box = new QMessageBox;
@@ -216,9 +222,10 @@ void DeviceLink::onSerialError(QSerialPort::SerialPortError error)
     Q_EMIT linkBroken();
 }
 
-void DeviceLink::reportOpenFailure(const QSerialPort &port)
+void DeviceLink::reportOpenFailure()
 {
-    const QString reason = openFailureText(port.portName(), port.error(), port.errorString());
+    const QString reason =
+        openFailureText(portName_, serialPort->error(), serialPort->errorString());
     writeLog(reason.toStdString());
     controls_.explainDisconnection(reason);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "link/command_frame.h"
+
 #include <QByteArray>
 #include <QObject>
 #include <QSerialPort>
@@ -25,7 +27,8 @@ struct LinkFactories
 {
     std::function<std::unique_ptr<QSerialPort>(const QString &portName)> serialPort;
     std::function<std::unique_ptr<QUdpSocket>()> udpSocket;
-    std::function<QByteArray(std::string &command)> frame;
+    std::function<QByteArray(std::string &command, const HexConversion &toHex)> frame;
+    HexConversion toHexText;
 
     /// The real ones.
     static LinkFactories real();
@@ -114,7 +117,7 @@ Q_SIGNALS:
 private:
     void watchForBreak();
     void onSerialError(QSerialPort::SerialPortError error);
-    void reportOpenFailure(const QSerialPort &port);
+    void reportOpenFailure();
 
     ConnectionControls &controls_;
     TerminalView &terminal_;
@@ -125,6 +128,7 @@ private:
 
     std::unique_ptr<QSerialPort> serialPort;
     std::unique_ptr<QUdpSocket> udpSocket;
+    QString portName_; ///< as the port selector shows it
     int serialOpenCount = 0;
     int socketOpenCount = 0;
     int linkNumber_ = 0;

@@ -1,0 +1,81 @@
+#include "device_link_fixture.h"
+
+#include <QTest>
+
+/// What the window shows of the connection.
+class ConnectionControlsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void disconnectedIsRedAndLeavesOnlyOn()
+    {
+        LinkFixture f;
+        f.controls.markConnected(true);
+        f.controls.setDisconnected();
+        QVERIFY(!f.controls.isConnected());
+        QCOMPARE(f.indicator.styleSheet(),
+                 QStringLiteral(
+                     "background-color: red; border-radius: 10px; height: 20px; width: 20px;"));
+        QVERIFY(f.on.isEnabled());
+        QVERIFY(!f.off.isEnabled());
+        QCOMPARE(f.indicator.toolTip(), QStringLiteral("Disconnected"));
+        QCOMPARE(f.indicator.accessibleName(), QStringLiteral("Disconnected"));
+    }
+
+    void connectedIsGreenAndLeavesOnlyOff()
+    {
+        LinkFixture f;
+        f.controls.setConnected();
+        QCOMPARE(f.indicator.styleSheet(),
+                 QStringLiteral(
+                     "background-color: green; border-radius: 10px; height: 20px; width: 20px;"));
+        QVERIFY(!f.on.isEnabled());
+        QVERIFY(f.off.isEnabled());
+        QVERIFY(f.controls.countsAsConnected());
+        QCOMPARE(f.indicator.toolTip(), QStringLiteral("Connected"));
+        QCOMPARE(f.indicator.accessibleName(), QStringLiteral("Connected"));
+    }
+
+    void aReasonStandsInTheToolTipUntilTheNextConnection()
+    {
+        LinkFixture f;
+        f.controls.setDisconnected();
+        f.controls.explainDisconnection(QStringLiteral("ttyUSB0 could not be opened"));
+        QCOMPARE(f.indicator.toolTip(),
+                 QStringLiteral("Disconnected: ttyUSB0 could not be opened"));
+        f.controls.setConnected();
+        QCOMPARE(f.indicator.toolTip(), QStringLiteral("Connected"));
+    }
+
+    void groupsAreSwitchedTogether()
+    {
+        LinkFixture f;
+        f.controls.disableDeviceControls();
+        QVERIFY(!f.device.isEnabled() && !f.beepOn.isEnabled() && !f.beepOff.isEnabled());
+        QVERIFY(f.combo.isEnabled());
+        f.controls.disableSettingsCombos();
+        QVERIFY(!f.combo.isEnabled());
+        f.controls.enableDeviceControls();
+        f.controls.enableSettingsCombos();
+        QVERIFY(f.device.isEnabled() && f.beepOn.isEnabled() && f.combo.isEnabled());
+        f.controls.setBeepButtonsEnabled(false, true);
+        QVERIFY(!f.beepOn.isEnabled() && f.beepOff.isEnabled());
+    }
+
+    void disarmedHandlersComeBackAsTheyWere()
+    {
+        LinkFixture f;
+        for (const bool before : {true, false}) {
+            f.controls.setHandlersArmed(before);
+            {
+                const DisarmedHandlers disarmed(f.controls);
+                QVERIFY(!f.controls.areHandlersArmed());
+            }
+            QCOMPARE(f.controls.areHandlersArmed(), before);
+        }
+    }
+};
+
+QTEST_MAIN(ConnectionControlsTest)
+#include "tst_connection_controls.moc"
