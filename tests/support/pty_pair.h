@@ -31,6 +31,7 @@ public:
     PtyPair &operator=(const PtyPair &) = delete;
 
     QString path() const { return path_; }
+    int masterDescriptor() const { return master_; }
 
     /// What the program has written since the last call; never waits.
     QByteArray read()
