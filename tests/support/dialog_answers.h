@@ -56,6 +56,14 @@ public:
         });
     }
 
+    /// Leaves dialogs of class `Dialog` to somebody else from now on.
+    template <typename Dialog>
+    void ignore()
+    {
+        answers_.prepend(
+            [](QDialog &dialog) { return dynamic_cast<Dialog *>(&dialog) != nullptr; });
+    }
+
     /// Called with every message box before its OK is pressed, for pictures and closer looks.
     void beforeOk(std::function<void(QMessageBox &)> look) { beforeOk_ = std::move(look); }
 

@@ -1,0 +1,89 @@
+// 10 MB of device text in 1 kB chunks through a pseudo-terminal into the real window: throughput,
+// gaps of the event loop, and what the last megabyte costs against the first.
+
+#include "app/main_window.h"
+#include "measure.h"
+#include "support/dialog_answers.h"
+#include "support/pty_pair.h"
+
+#include <QComboBox>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTextEdit>
+#include <QTimer>
+#include <algorithm>
+#include <cstdio>
+#include <thread>
+#include <vector>
+
+namespace {
+constexpr qint64 total = 10'000'000;
+constexpr qint64 megabyte = 1'000'000;
+
+QByteArray kilobyte()
+{
+    QByteArray chunk;
+    while (chunk.size() < 1000)
+        chunk += "terminal text of a talkative device, line after line\n";
+    return chunk.left(999) + '\n';
+}
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    PtyPair cable;
+    qputenv("PELORA_EXTRA_SERIAL_PORTS", cable.path().toLocal8Bit());
+    DialogRecorder user;
+    user.on<Select_connection_method_Dialog>([](Select_connection_method_Dialog &dialog) {
+        dialog.findChild<QRadioButton *>(QStringLiteral("radioButton_RS232"))->setChecked(true);
+        dialog.findChild<QPushButton *>(QStringLiteral("pushButton_continue"))->click();
+    });
+    KM_Configuration_Tool_Norvik window;
+    window.show();
+    auto *terminal = window.findChild<QTextEdit *>(QStringLiteral("textEdit_Main_Terminal"));
+    QTest::qWait(500);
+
+    std::vector<double> cpuAtMegabyte{cpuMilliseconds()};
+    std::vector<double> gaps;
+    QElapsedTimer clock;
+    QElapsedTimer sinceTick;
+    QTimer ticker;
+    ticker.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&ticker, &QTimer::timeout, [&] {
+        gaps.push_back(static_cast<double>(sinceTick.nsecsElapsed()) / 1e6);
+        sinceTick.restart();
+        const qint64 shown = terminal->document()->characterCount() - 1;
+        while (cpuAtMegabyte.size() <= static_cast<size_t>(shown / megabyte))
+            cpuAtMegabyte.push_back(cpuMilliseconds());
+        if (shown >= total)
+            QApplication::quit();
+    });
+    std::thread writer([&cable] {
+        const QByteArray chunk = kilobyte();
+        for (qint64 sent = 0; sent < total; sent += chunk.size()) {
+            qsizetype done = 0;
+            while (done < chunk.size()) {
+                const ssize_t count = ::write(cable.masterDescriptor(), chunk.constData() + done,
+                                              static_cast<size_t>(chunk.size() - done));
+                if (count > 0)
+                    done += count;
+                else
+                    std::this_thread::sleep_for(std::chrono::microseconds(200));
+            }
+        }
+    });
+    clock.start();
+    sinceTick.start();
+    ticker.start(1);
+    QApplication::exec();
+    const double seconds = static_cast<double>(clock.elapsed()) / 1000.0;
+    writer.join();
+    std::sort(gaps.begin(), gaps.end());
+    std::printf("bytes per second            %.0f\n", static_cast<double>(total) / seconds);
+    std::printf("event loop gap, 99th pct.   %.1f ms\n", gaps[gaps.size() * 99 / 100]);
+    std::printf("event loop gap, longest     %.1f ms\n", gaps.back());
+    std::printf("CPU of the first megabyte   %.0f ms\n", cpuAtMegabyte[1] - cpuAtMegabyte[0]);
+    std::printf("CPU of the last megabyte    %.0f ms\n", cpuAtMegabyte[10] - cpuAtMegabyte[9]);
+    return 0;
+}

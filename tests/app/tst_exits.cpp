@@ -1,0 +1,45 @@
+#include <QFile>
+#include <QProcess>
+#include <QSerialPortInfo>
+#include <QTest>
+
+/// The failures that end the program: a warning box, exit status 1, and a log without its end mark.
+class ExitsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void withoutASerialPortTheProgramEnds()
+    {
+        if (!QSerialPortInfo::availablePorts().isEmpty())
+            QSKIP("this machine has serial ports, so the list cannot be empty");
+        expectExit({QStringLiteral("no-port")}, " |No available port\n");
+    }
+
+    void withoutAModuleTheProgramEnds()
+    {
+        expectExit({QStringLiteral("no-module")}, "Information|No hardware online\n");
+    }
+
+private:
+    static void expectExit(const QStringList &arguments, const QByteArray &boxes)
+    {
+        QProcess program;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.remove(QStringLiteral("PELORA_EXTRA_SERIAL_PORTS"));
+        program.setProcessEnvironment(environment);
+        program.start(QStringLiteral(EXIT_SCENARIO), arguments);
+        QVERIFY(program.waitForFinished(20'000));
+        QCOMPARE(program.readAllStandardOutput(), boxes);
+        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(program.exitCode(), 1);
+        QFile log(qEnvironmentVariable("HOME") + QStringLiteral("/Documents/KM_log.txt"));
+        QVERIFY(log.open(QIODevice::ReadOnly));
+        const QByteArray lines = log.readAll();
+        QVERIFY(lines.startsWith("Start.........\n"));
+        QVERIFY(!lines.contains("Stop........."));
+    }
+};
+
+QTEST_GUILESS_MAIN(ExitsTest)
+#include "tst_exits.moc"

@@ -1,0 +1,146 @@
+#include "window_fixture.h"
+
+#include "protocol/yes_no_dialog.h"
+
+#include <QTableWidget>
+#include <QTest>
+
+/// The Configuration page: what each control sends, and when.
+class GeneralSettingsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        s_ = std::make_unique<SerialWindow>();
+        QVERIFY(s_->startAndRead());
+        s_->device->forget();
+    }
+    void cleanup() { s_.reset(); }
+
+    void aComboSendsItsCommandOnChange_data()
+    {
+        QTest::addColumn<QString>("combo");
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QByteArray>("command");
+        const auto row = [](const char *combo, int index, const char *command) {
+            QTest::newRow(command) << QString::fromLatin1(combo) << index << QByteArray(command);
+        };
+        row("comboBox_KM_Control", 0, "//c1");
+        row("comboBox_KM_Control", 2, "//c3");
+        row("comboBox_KM_Control", 3, "//c4");
+        row("comboBox_USB_Control", 0, "//u1");
+        row("comboBox_USB_Control", 1, "//u2");
+        row("comboBox_USB_Control", 3, "//u4");
+        row("comboBox_Select_Display_Mode", 0, "//ks");
+        row("comboBox_Enable_or_Disable_Cursor_Roll", 0, "//o0");
+        row("comboBox_Select_active_port", 0, "//D2");
+        row("comboBox_Select_active_port", 1, "//D3");
+    }
+
+    void aComboSendsItsCommandOnChange()
+    {
+        QFETCH(QString, combo);
+        QFETCH(int, index);
+        QFETCH(QByteArray, command);
+        s_->combo(combo.toLatin1().constData())->setCurrentIndex(index);
+        QTRY_COMPARE(s_->device->commands(), QList<QByteArray>{command});
+    }
+
+    void theOtherFormsGoOutOnTheWayBack()
+    {
+        s_->combo("comboBox_Select_Display_Mode")->setCurrentIndex(0);
+        s_->combo("comboBox_Select_Display_Mode")->setCurrentIndex(1);
+        s_->combo("comboBox_Enable_or_Disable_Cursor_Roll")->setCurrentIndex(0);
+        s_->combo("comboBox_Enable_or_Disable_Cursor_Roll")->setCurrentIndex(1);
+        s_->combo("comboBox_Select_active_port")->setCurrentIndex(0);
+        s_->combo("comboBox_Select_active_port")->setCurrentIndex(2);
+        QTRY_COMPARE(s_->device->commands(),
+                     (QList<QByteArray>{"//ks", "//km", "//o0", "//o1", "//D2", "//D4"}));
+    }
+
+    void portsOneAndTwoGreyTheThirdAndTheFourthChannel()
+    {
+        auto *grid = s_->window->findChild<QTableWidget *>(QStringLiteral("tableWidget"));
+        s_->combo("comboBox_Select_active_port")->setCurrentIndex(0);
+        QCOMPARE(grid->item(1, 1)->text(), QStringLiteral("Channel 2"));
+        QCOMPARE(grid->item(1, 2)->text(), QStringLiteral("Channel 3\nINACTIVE"));
+        QCOMPARE(grid->item(1, 3)->text(), QStringLiteral("Channel 4\nINACTIVE"));
+        s_->combo("comboBox_Select_active_port")->setCurrentIndex(2);
+        QCOMPARE(grid->item(1, 3)->text(), QStringLiteral("Channel 4"));
+    }
+
+    void beepButtonsSwapAtOnceAndSend()
+    {
+        QVERIFY(!s_->button("pushButton_ON_Beep")->isEnabled());
+        s_->button("pushButton_OFF_Beep")->click();
+        QVERIFY(s_->button("pushButton_ON_Beep")->isEnabled());
+        QVERIFY(!s_->button("pushButton_OFF_Beep")->isEnabled());
+        s_->button("pushButton_ON_Beep")->click();
+        QVERIFY(!s_->button("pushButton_ON_Beep")->isEnabled());
+        QVERIFY(s_->button("pushButton_OFF_Beep")->isEnabled());
+        QTRY_COMPARE(s_->device->commands(), (QList<QByteArray>{"//B0", "//B1"}));
+    }
+
+    void softResetSendsAtOnce()
+    {
+        s_->button("pushButton_Soft_Reset")->click();
+        QTRY_COMPARE(s_->device->commands(), QList<QByteArray>{"//R"});
+    }
+
+    void aConfirmedFactoryResetIsFollowedByAReadBack()
+    {
+        s_->user.on<Yes_No_Dialog>([](Yes_No_Dialog &dialog) {
+            QCOMPARE(dialog.windowTitle(), QStringLiteral("Norvik\u00ae Pelora Utility"));
+            QCOMPARE(dialog.size(), QSize(312, 100));
+            dialog.findChild<QPushButton *>(QStringLiteral("pushButton_OK"))->click();
+        });
+        s_->button("pushButton_Factory_Reset")->click();
+        QTRY_COMPARE(s_->device->commands(), (QList<QByteArray>{"//F", "//rl", "//??", "//BP"}));
+    }
+
+    void aRefusedFactoryResetSendsNothing_data()
+    {
+        QTest::addColumn<bool>("byCancel");
+        QTest::newRow("Cancel") << true;
+        QTest::newRow("closed") << false;
+    }
+
+    void aRefusedFactoryResetSendsNothing()
+    {
+        QFETCH(bool, byCancel);
+        bool asked = false;
+        s_->user.on<Yes_No_Dialog>([&](Yes_No_Dialog &dialog) {
+            asked = true;
+            if (byCancel)
+                dialog.findChild<QPushButton *>(QStringLiteral("pushButton_Cancel"))->click();
+            else
+                dialog.close();
+        });
+        s_->button("pushButton_Factory_Reset")->click();
+        QVERIFY(asked);
+        s_->button("pushButton_Soft_Reset")->click(); // sent last, so all before it has arrived
+        QTRY_COMPARE(s_->device->commands(), QList<QByteArray>{"//R"});
+    }
+
+    void whileAReplyIsAppliedNothingIsSent()
+    {
+        s_->device->answers["//rl"] =
+            "//RL\nKM Port Limit: 2\nKM Cursor Rolling: Disabled\nKM tracking mode: Absolute\n"
+            "C1\t100 250 OFFICE\nC2\t120 080 DESK\nC3\t010 010 SLOW\nC4\t500 500 FAST\n"
+            "Channels resolution: 4 5 6 7\nBuzzer: off\n";
+        s_->device->answers["//??"] = "Current KM Control: 4\nCurrent USB Control 1\n";
+        s_->window->refresh_UI();
+        QTRY_COMPARE(s_->combo("comboBox_KM_Control")->currentIndex(), 3);
+        QTRY_COMPARE(s_->combo("comboBox_mouse_movement_resolution_setting_4")->currentIndex(), 6);
+        s_->button("pushButton_Soft_Reset")->click();
+        QTRY_COMPARE(s_->device->commands(), (QList<QByteArray>{"//rl", "//??", "//BP", "//R"}));
+    }
+
+private:
+    std::unique_ptr<SerialWindow> s_;
+};
+
+QTEST_MAIN(GeneralSettingsTest)
+#include "tst_general_settings.moc"
