@@ -43,9 +43,9 @@ void ReplyApplication::applyStatus(const std::string &reply)
     widgets_.hotkeyTrigger->setText(
         QString::fromStdString(replyValue(reply, "Current Hotkey Trigger: ")));
     selectItem(*widgets_.kmControl, replyValue(reply, "Current KM Control: "));
-    // Deliberate: the status text's key has no colon, unlike the one that is looked for in everything
-    // received. Where the switch prints one, the value (": 3") is no number, which is logged, and
-    // the other rule selects the port.
+    // Deliberate: the status text's key has no colon, unlike the one that is looked for in
+    // everything received. Where the switch prints one, the value (": 3") is no number, which is
+    // logged, and the other rule selects the port.
     selectItem(*widgets_.usbControl, replyValue(reply, "Current USB Control"));
 }
 
