@@ -1,0 +1,49 @@
+#pragma once
+
+#include "simulator/switch_state.h"
+
+#include <array>
+#include <string>
+#include <variant>
+
+/// A command as the switch has understood it.
+struct SwitchCommand
+{
+    enum class Kind {
+        ReportConfiguration, ///< "//rl"
+        ReportStatus,        ///< "//??"
+        ReportLayout,        ///< "//BP"
+        AbsoluteMouse,       ///< "//ks"
+        RelativeMouse,       ///< "//km"
+        CursorRollingOff,    ///< "//o0"
+        CursorRollingOn,     ///< "//o1"
+        KmControl,           ///< "//c1" to "//c4": number
+        UsbControl,          ///< "//u1" to "//u4": number
+        PortLimit,           ///< "//D2" to "//D4": number
+        SoftReset,           ///< "//R"
+        FactoryReset,        ///< "//F"
+        BuzzerOn,            ///< "//B1"
+        BuzzerOff,           ///< "//B0"
+        Resolution,          ///< "//CE 2 5": number = channel, value = resolution 1 to 13
+        Layout,              ///< "//FF01B01FF02B02FF03B03FF04B04": layout
+        Custom,              ///< "//MM C2 120 80 DESK ": number = setting 1 to 4, custom
+    };
+
+    Kind kind;
+    int number = 0;
+    int value = 0;
+    std::array<int, 4> layout{};
+    CustomSetting custom{};
+};
+
+/// Why a command was not obeyed, in words for the person at the simulator.
+struct Rejection
+{
+    std::string reason;
+};
+
+/// Reads one command without its carriage return. Strict: nothing before the slashes, single blanks
+/// between arguments, every number in its range, nothing behind the last argument (but one blank
+/// behind a custom setting's name). A layout names each channel once and puts no two displays into
+/// one cell. A name longer than 24 bytes is cut, never inside a character.
+std::variant<SwitchCommand, Rejection> decodeCommand(const std::string &text);
