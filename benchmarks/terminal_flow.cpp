@@ -3,7 +3,7 @@
 
 #include "app/main_window.h"
 #include "measure.h"
-#include "support/dialog_answers.h"
+#include "support/dialog_recorder.h"
 #include "support/pty_pair.h"
 
 #include <QComboBox>

@@ -7,7 +7,7 @@
 
 namespace usr_frame {
 namespace {
-constexpr int digitsPerByte = 2;
+constexpr qsizetype digitsPerByte = 2;
 constexpr int ipv4Size = 4;
 constexpr int macSize = 6;
 
@@ -122,11 +122,21 @@ DiscoveryReply readDiscoveryReply(const QString &hexText)
 
 ConfigurationReply readConfigurationReply(const QString &hexText)
 {
-    if (hexText.size() != digitsPerByte * configurationReplySize)
+    if (!isConfiguration(hexText))
         throw std::invalid_argument("no configuration reply");
     const bool isDhcp = digitsAt(hexText, 3, 1) == QStringLiteral("40");
     return {isDhcp ? QStringLiteral("00") : QStringLiteral("80"), ipv4At(hexText, 9),
             ipv4At(hexText, 13), ipv4At(hexText, 17)};
+}
+
+bool isDiscoveryReply(const QString &hexText)
+{
+    return hexText.size() == digitsPerByte * discoveryReplySize;
+}
+
+bool isConfiguration(const QString &hexText)
+{
+    return hexText.size() == digitsPerByte * configurationReplySize;
 }
 
 bool isRefusal(const QString &hexText)

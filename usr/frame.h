@@ -95,6 +95,9 @@ struct DiscoveryReply
 /// 00 00 00 00 00
 DiscoveryReply readDiscoveryReply(const QString &hexText);
 
+/// Whether `hexText` has the size of an answer to the search request.
+bool isDiscoveryReply(const QString &hexText);
+
 /// What a module has stored.
 struct ConfigurationReply
 {
@@ -110,6 +113,9 @@ struct ConfigurationReply
 /// Example, the first 21 bytes of a static configuration:
 /// FF 00 00 80 00 00 00 00 00 07 01 A8 C0 01 01 A8 C0 00 FF FF FF
 ConfigurationReply readConfigurationReply(const QString &hexText);
+
+/// Whether `hexText` has the size of a configuration.
+bool isConfiguration(const QString &hexText);
 
 /// Whether `hexText` is a module's answer to a login with wrong credentials: any four bytes.
 /// Example: FF 01 03 04

@@ -3,7 +3,7 @@
 //   exit_scenario no-port | no-module | no-answer ADDRESS PORT
 
 #include "app/main_window.h"
-#include "support/dialog_answers.h"
+#include "support/dialog_recorder.h"
 
 #include <QPushButton>
 #include <QRadioButton>

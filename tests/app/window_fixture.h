@@ -2,7 +2,7 @@
 
 #include "app/main_window.h"
 #include "log/event_log.h"
-#include "support/dialog_answers.h"
+#include "support/dialog_recorder.h"
 #include "support/scripted_switch.h"
 
 #include <QComboBox>

@@ -2,7 +2,7 @@
 #include "link/connection_panel.h"
 #include "link/initial_exchange.h"
 #include "link/serial_ports.h"
-#include "support/dialog_answers.h"
+#include "support/dialog_recorder.h"
 #include "support/scripted_switch.h"
 
 #include <QSerialPortInfo>

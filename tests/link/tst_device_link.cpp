@@ -1,5 +1,5 @@
 #include "device_link_fixture.h"
-#include "support/dialog_answers.h"
+#include "support/dialog_recorder.h"
 #include "support/pty_pair.h"
 
 #include <QNetworkDatagram>

@@ -1,6 +1,6 @@
 #include "log/event_log.h"
 #include "log/notices.h"
-#include "support/dialog_answers.h"
+#include "support/dialog_recorder.h"
 
 #include <QFile>
 #include <QTest>
@@ -20,7 +20,7 @@ private Q_SLOTS:
         DialogRecorder dialogs;
         showNoticeModal(QStringLiteral("Write data error"), QMessageBox::Warning);
         QCOMPARE(dialogs.seen().size(), 1);
-        const SeenBox box = dialogs.seen().constFirst();
+        const RecordedBox box = dialogs.seen().constFirst();
         QCOMPARE(box.title, QStringLiteral("Information"));
         QCOMPARE(box.text, QStringLiteral("Write data error"));
         QCOMPARE(box.icon, QMessageBox::Warning);

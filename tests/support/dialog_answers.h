@@ -1,113 +1,91 @@
 #pragma once
 
-#include <QAbstractButton>
-#include <QApplication>
 #include <QDialog>
 #include <QList>
 #include <QMessageBox>
-#include <QSet>
+#include <QObject>
+#include <QString>
+#include <QStringList>
 #include <QTimer>
 #include <functional>
 
-/// What a test saw of one message box.
+/// For tests of code that runs modal dialogs: they block the test, so whatever is to happen in
+/// them is arranged before. Everything here looks for QApplication::activeModalWidget() from a
+/// timer and acts when the dialog is there.
+
+/// A message box as the user saw it.
 struct SeenBox
 {
     QString title;
     QString text;
-    QMessageBox::Icon icon = QMessageBox::NoIcon;
-    bool modal = false;
-    QFont font;
+    QMessageBox::Icon icon;
     QMessageBox::StandardButtons buttons;
 };
 
-/// Sits in for the user while a test runs: notes every message box and presses its OK, and hands
-/// every other dialog, once each time it appears, to the answer that the test has given for its
-/// class. Works from inside the nested event loops of modal dialogs.
-class DialogRecorder : public QObject
+/// While it lives, notes every modal message box and presses one of its buttons.
+class BoxAnswers : public QObject
 {
+    Q_OBJECT
+
 public:
-    DialogRecorder()
-    {
-        connect(&poll_, &QTimer::timeout, this, &DialogRecorder::look);
-        poll_.start(5);
-    }
+    explicit BoxAnswers(QMessageBox::StandardButton answer = QMessageBox::Ok);
 
-    /// The message boxes in the order in which they appeared.
+    /// What was answered so far, oldest first.
     const QList<SeenBox> &seen() const { return seen_; }
+    QStringList texts() const;
+    void forget() { seen_.clear(); }
 
-    bool sawText(const QString &text) const
-    {
-        for (const SeenBox &box : seen_) {
-            if (box.text == text)
-                return true;
-        }
-        return false;
-    }
-
-    /// `answer` is called with each dialog of class `Dialog` that appears.
-    template <typename Dialog>
-    void on(std::function<void(Dialog &)> answer)
-    {
-        answers_.append([answer = std::move(answer)](QDialog &dialog) {
-            auto *wanted = dynamic_cast<Dialog *>(&dialog);
-            if (wanted)
-                answer(*wanted);
-            return wanted != nullptr;
-        });
-    }
-
-    /// Leaves dialogs of class `Dialog` to somebody else from now on.
-    template <typename Dialog>
-    void ignore()
-    {
-        answers_.prepend(
-            [](QDialog &dialog) { return dynamic_cast<Dialog *>(&dialog) != nullptr; });
-    }
-
-    /// Called with every message box before its OK is pressed, for pictures and closer looks.
-    void beforeOk(std::function<void(QMessageBox &)> look) { beforeOk_ = std::move(look); }
+    /// Runs on each box before its button is pressed.
+    void setInspector(std::function<void(QMessageBox &box)> inspector);
 
 private:
-    void look()
-    {
-        QSet<QWidget *> visible;
-        const QWidgetList windows = QApplication::topLevelWidgets();
-        for (QWidget *window : windows) {
-            auto *dialog = qobject_cast<QDialog *>(window);
-            if (!dialog || !dialog->isVisible())
-                continue;
-            visible.insert(dialog);
-            if (handled_.contains(dialog))
-                continue;
-            handled_.insert(dialog);
-            handle(*dialog);
-            return; // the answer may have run a nested loop: look again with fresh eyes
-        }
-        handled_.intersect(visible);
-    }
+    void look();
 
-    void handle(QDialog &dialog)
-    {
-        if (auto *box = qobject_cast<QMessageBox *>(&dialog)) {
-            seen_.append({box->windowTitle(), box->text(), box->icon(), box->isModal(), box->font(),
-                          box->standardButtons()});
-            if (beforeOk_)
-                beforeOk_(*box);
-            if (QAbstractButton *ok = box->button(QMessageBox::Ok))
-                ok->click();
-            else
-                box->close();
-            return;
-        }
-        for (const auto &answer : std::as_const(answers_)) {
-            if (answer(dialog))
-                return;
-        }
-    }
-
-    QTimer poll_;
+    QMessageBox::StandardButton answer_;
     QList<SeenBox> seen_;
-    QSet<QWidget *> handled_;
-    QList<std::function<bool(QDialog &)>> answers_;
-    std::function<void(QMessageBox &)> beforeOk_;
+    std::function<void(QMessageBox &box)> inspector_;
+    QTimer timer_;
 };
+
+/// Waits for a modal dialog of a type, then runs an action on it, once.
+template <typename Dialog>
+class DialogAction : public QObject
+{
+public:
+    explicit DialogAction(std::function<void(Dialog &dialog)> action) : action_(std::move(action))
+    {
+        connect(&timer_, &QTimer::timeout, this, &DialogAction::look);
+        timer_.start(1);
+    }
+
+    /// Whether the dialog came and the action began.
+    bool hasRun() const { return hasRun_; }
+
+private:
+    void look();
+
+    std::function<void(Dialog &dialog)> action_;
+    bool hasRun_ = false;
+    QTimer timer_;
+};
+
+/// The program's active modal widget, or null.
+QWidget *activeModalDialog();
+
+/// Clicks the button with this object name with the mouse, as a user would; fails the test when
+/// there is no such button or it is disabled.
+void clickButton(QWidget &window, const char *objectName);
+
+/// Types into the line edit with this object name, in place of what stands there.
+void typeInto(QWidget &window, const char *objectName, const QString &text);
+
+template <typename Dialog>
+void DialogAction<Dialog>::look()
+{
+    auto *dialog = qobject_cast<Dialog *>(activeModalDialog());
+    if (dialog == nullptr || !dialog->isVisible())
+        return;
+    timer_.stop();
+    hasRun_ = true;
+    action_(*dialog);
+}
