@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Custom mouse movement settings and channel resolutions: their commands and their texts.
+/// Direction of all commands: utility to switch, without the carriage return that the link appends.
+
+/// The items that every resolution selector starts with; custom settings 1 to 4 follow them.
+inline constexpr int presetResolutions = 9;
+inline constexpr int customSettings = 4;
+
+/// The speeds that the switch takes for X and Y.
+inline constexpr int slowestSpeed = 1;
+inline constexpr int fastestSpeed = 500;
+
+/// What the edit fields hold, as typed.
+struct CustomSetting
+{
+    QString name;
+    QString x;
+    QString y;
+};
+
+/// The resolution of one channel: `channel` 1 to 4, `index` the zero-based item of its selector.
+/// Example: channel 4 set to "2K" (index 2) gives "//CE 4 3" (2F 2F 43 45 20 34 20 33).
+std::string resolutionCommand(int channel, int index);
+
+/// The submitted form, `setting` 1 to 4, with the blank behind the name that the switch requires:
+/// "//MM C2 120 80 DESK " (2F 2F 4D 4D 20 43 32 20 31 32 30 20 38 30 20 44 45 53 4B 20).
+/// It has at most 99 bytes; a longer name is shortened, at a whole character. Control characters in
+/// the texts are dropped, and so are blanks around X and Y.
+std::string submittedCommand(int setting, const CustomSetting &values);
+
+/// The stored form, `setting` 1 to 4, without a trailing blank: "//MM C2 120 080 DESK". At most 99
+/// bytes; what is longer is cut at a whole character.
+std::string storedCommand(int setting, const CustomSetting &values);
+
+/// What is wrong with the edit fields, in the words of the notice; empty when nothing is.
+/// `setting` is the zero-based setting that is edited, `choices` the items of a resolution
+/// selector.
+QString customSettingProblem(const CustomSetting &values, int setting, const QStringList &choices);
+
+/// The name inside `value`: what stands behind its first `skip` bytes, without blanks, tabs and
+/// control characters. Empty when there is no more than that. Example: "100 250 OFFICE" with 8
+/// gives "OFFICE".
+std::string customEntryName(std::string_view value, std::size_t skip);
+
+/// The fields of a data label, where X stands in characters 0 to 2, Y in 4 to 6 and the name from
+/// character 8 on: "100 250 OFFICE". A field that the text does not reach is none; the fields
+/// before it are there all the same. Blanks and tabs are dropped from the name only.
+struct DataLabelFields
+{
+    QString x;
+    std::optional<QString> y;
+    std::optional<QString> name;
+};
+DataLabelFields dataLabelFields(const QString &text);
+
+/// The items, zero-based, that the value of "Channels resolution:" names for channels 1 to 4:
+/// decimal numbers from 1 to 13, separated by anything that is no digit. None for a number outside
+/// of that and for a channel without a number. Direction: switch to utility.
+/// Example: "1,10,3,13" gives 0, 9, 2, 12.
+std::array<std::optional<int>, 4> channelResolutions(std::string_view value);
