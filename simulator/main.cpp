@@ -1,0 +1,87 @@
+#include "simulator/console.h"
+#include "simulator/options.h"
+#include "simulator/output.h"
+#include "simulator/quit_signals.h"
+#include "simulator/simulation.h"
+#ifdef Q_OS_UNIX
+#include "simulator/stdin_lines.h"
+#endif
+
+#include <QCoreApplication>
+#include <exception>
+#include <iostream>
+#include <memory>
+
+namespace {
+
+constexpr int failureStatus = 1;
+
+void obeyConsoleLine(Console &console, const QString &line)
+{
+    const Console::Result result = console.obey(line.toStdString());
+    std::cout << result.text << std::flush;
+    if (result.quit)
+        QCoreApplication::quit();
+}
+
+#ifdef Q_OS_UNIX
+/// Standard input as the options and its nature ask for: a console, an end, both or neither.
+std::unique_ptr<StdinLines> watchStdin(const Options &options, Console &console)
+{
+    const bool interactive = StdinLines::isInteractive();
+    const bool asConsole = options.console || interactive;
+    if (!asConsole && !options.untilStdinCloses)
+        return nullptr;
+    auto lines = std::make_unique<StdinLines>();
+    if (asConsole)
+        QObject::connect(lines.get(), &StdinLines::entered, lines.get(),
+                         [&console](const QString &line) { obeyConsoleLine(console, line); });
+    if (options.untilStdinCloses || interactive)
+        QObject::connect(lines.get(), &StdinLines::closed, lines.get(),
+                         [] { QCoreApplication::quit(); });
+    if (interactive)
+        reportLine("Type help for the commands.");
+    return lines;
+}
+#endif
+
+int run(const Options &options)
+{
+    Simulation simulation(options);
+    QObject::connect(&simulation, &Simulation::failed, &simulation, [](const QString &reason) {
+        reportLine("pelora-simulator: " + reason.toStdString());
+        QCoreApplication::exit(failureStatus);
+    });
+    const QuitSignals signals;
+    QObject::connect(&signals, &QuitSignals::raised, &signals, [] { QCoreApplication::quit(); });
+    Console console(simulation);
+    simulation.start();
+#ifdef Q_OS_UNIX
+    const std::unique_ptr<StdinLines> lines = watchStdin(options, console);
+#else
+    if (options.console || options.untilStdinCloses)
+        reportLine("standard input is not watched on this system");
+#endif
+    return QCoreApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("pelora-simulator"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(PELORA_VERSION));
+
+    const auto asked = readOptions(QCoreApplication::arguments());
+    if (const auto *early = std::get_if<EarlyEnd>(&asked)) {
+        (early->status == 0 ? std::cout : std::cerr) << early->text.toStdString() << std::flush;
+        return early->status;
+    }
+    try {
+        return run(std::get<Options>(asked));
+    } catch (const std::exception &error) {
+        reportLine(std::string("pelora-simulator: ") + error.what());
+        return failureStatus;
+    }
+}

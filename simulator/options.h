@@ -1,0 +1,33 @@
+#pragma once
+
+#include "simulator/fault_settings.h"
+
+#include <QString>
+#include <QStringList>
+#include <variant>
+
+/// What the command line asks for.
+struct Options
+{
+    bool serial = false; ///< the serial face
+    QString linkPath;    ///< symbolic link to the virtual port; empty: none
+    QString portName;    ///< a real port instead of a virtual one; empty: virtual
+
+    Faults faults;
+
+    bool console = false;          ///< read commands from standard input
+    bool printState = false;       ///< print the state at the start and whenever it changes
+    bool verbose = false;          ///< report every command and answer
+    bool untilStdinCloses = false; ///< end with standard input
+};
+
+/// The command line ends the program before it begins: `text` for standard output (status 0) or
+/// standard error (status 2, a mistake).
+struct EarlyEnd
+{
+    QString text;
+    int status;
+};
+
+/// Reads the command line; `arguments` starts with the program's name.
+std::variant<Options, EarlyEnd> readOptions(const QStringList &arguments);
