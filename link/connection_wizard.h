@@ -34,7 +34,7 @@ public:
     struct Settings
     {
         UsrNetwork network;
-        IP_Settings_Dialog::Timing ipSettings;
+        IpSettingsTiming ipSettings;
     };
 
     ConnectionWizard(QWidget &window, Widgets widgets, Select_connection_method_Dialog &method,
