@@ -1,4 +1,4 @@
-#include "fake_module.h"
+#include "tests/usr/fake_module.h"
 
 #include <QMutexLocker>
 #include <QTest>

@@ -1,5 +1,5 @@
-#include "fake_module.h"
 #include "tests/support/dialog_answers.h"
+#include "tests/usr/fake_module.h"
 #include "usr/usr_searcher.h"
 
 #include <QElapsedTimer>
@@ -99,7 +99,7 @@ private Q_SLOTS:
                                {FakeModule::discoveryReply(ipSeven, macOne, "Desk"), 20ms}});
         USR_searcher searcher(nullptr, module.network());
         QCOMPARE(searcher.search_USR(), 1);
-        const QList<QString> expected{text("ff24010000c0a801089ca523000002000000004d656574696e6720"
+        const QList<QString> expected{text("ff24010000c0a801089ca525000002000000004d656574696e6720"
                                            "526f6f6d20342d3500"),
                                       text("ff24010000c0a801079ca5251a2b3c000000004465736b00000000"
                                            "000000000000000000")};

@@ -1,6 +1,6 @@
-#include "fake_module.h"
 #include "log/event_log.h"
 #include "tests/support/dialog_answers.h"
+#include "tests/usr/fake_module.h"
 #include "usr/usr_searcher.h"
 
 #include <QElapsedTimer>
@@ -225,7 +225,7 @@ private Q_SLOTS:
         module_->answerLogins([](int nth) {
             return nth == 1 ? FakeModule::Answers{{FakeModule::refusal()}} : FakeModule::Answers();
         });
-        const auto searcher = makeSearcher(40ms, 0ms);
+        const auto searcher = makeSearcher(30ms, 0ms);
         QCOMPARE(searcher->check_credentials(), text("-1"));
         module_->forgetFrames();
         QCOMPARE(searcher->check_credentials(), text("1"));
@@ -298,7 +298,7 @@ private:
     }
 
     std::unique_ptr<USR_searcher> makeSearcher(std::chrono::milliseconds afterBroadcast = 100ms,
-                                               std::chrono::milliseconds collection = 50ms) const
+                                               std::chrono::milliseconds collection = 5ms) const
     {
         return std::make_unique<USR_searcher>(text("192.168.1.7"), text("userna"), text("pass12"),
                                               module_->network(afterBroadcast, collection));

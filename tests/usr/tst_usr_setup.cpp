@@ -1,6 +1,6 @@
-#include "fake_module.h"
 #include "log/event_log.h"
 #include "tests/support/dialog_answers.h"
+#include "tests/usr/fake_module.h"
 #include "usr/usr_searcher.h"
 
 #include <QFile>
@@ -208,7 +208,7 @@ private:
     {
         return std::make_unique<USR_searcher>(
             text("192.168.1.7"), text("192.168.1.7"), text("255.255.255.0"), text("192.168.1.1"),
-            text(allocation), text("admin"), text("admin"), module_->network(100ms, 50ms));
+            text(allocation), text("admin"), text("admin"), module_->network(100ms, 5ms));
     }
 
     std::unique_ptr<FakeModule> module_;

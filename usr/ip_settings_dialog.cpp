@@ -1,0 +1,193 @@
+#include "usr/ip_settings_dialog.h"
+
+#include "log/notices.h"
+#include "log/window_dress.h"
+#include "ui_ip_settings_dialog.h"
+
+#include <QCloseEvent>
+#include <QTimer>
+#include <regex>
+
+namespace {
+const auto staticAllocation = QStringLiteral("80"); // NOLINT(cert-err58-cpp): a literal
+const auto dhcpAllocation = QStringLiteral("00");   // NOLINT(cert-err58-cpp): a literal
+
+/// Whether `text` has the form of a dotted address. Octets over 255 pass: the module gets an empty
+/// address then.
+bool isDottedAddress(const QString &text)
+{
+    static const std::regex form(R"(^\d{1,3}\.\d{1,3}\.\d{1,3}\.\d{1,3}$)");
+    return std::regex_match(text.toStdString(), form);
+}
+} // namespace
+
+IP_Settings_Dialog::IP_Settings_Dialog(QWidget *parent, const QString &currentIP,
+                                       const QString &ipAllocation, const QString &username,
+                                       const QString &password, const UsrNetwork &network,
+                                       IpSettingsTiming timing)
+    : QDialog(parent), ui_(std::make_unique<Ui::IP_Settings_Dialog>()),
+      waitingNotice_(new QMessageBox(this)), currentIP_(currentIP),
+      ipAllocation_(ipAllocation == staticAllocation ? staticAllocation : dhcpAllocation),
+      username_(username), password_(password), network_(network), timing_(timing),
+      searcher_(currentIP, username, password, network)
+{
+    ui_->setupUi(this);
+    dressWindow(*this, QSize(500, 450));
+    showLayout(ipAllocation_ == staticAllocation);
+    ui_->label_IP->setText(currentIP_);
+    fillFields();
+    usrName_ = searcher_.lastKnownName();
+    for (QLineEdit *edit :
+         {ui_->lineEdit_IPv4_Address, ui_->lineEdit_Subnet_Mask, ui_->lineEdit_Default_Gateway})
+        connect(edit, &QLineEdit::textEdited, this, &IP_Settings_Dialog::settingsWereEdited);
+}
+
+IP_Settings_Dialog::~IP_Settings_Dialog() = default;
+
+QString IP_Settings_Dialog::address() const
+{
+    return ui_->lineEdit_IPv4_Address->text();
+}
+
+QString IP_Settings_Dialog::subnetMask() const
+{
+    return ui_->lineEdit_Subnet_Mask->text();
+}
+
+QString IP_Settings_Dialog::gateway() const
+{
+    return ui_->lineEdit_Default_Gateway->text();
+}
+
+void IP_Settings_Dialog::takeAdminSettings(const QString &name, const QString &username,
+                                           const QString &password)
+{
+    usrName_ = name;
+    username_ = username;
+    password_ = password;
+}
+
+void IP_Settings_Dialog::reject()
+{
+    markClosed();
+    QDialog::reject();
+}
+
+void IP_Settings_Dialog::closeEvent(QCloseEvent *event)
+{
+    markClosed();
+    QDialog::closeEvent(event);
+}
+
+void IP_Settings_Dialog::on_pushButton_Apply_IP_clicked()
+{
+    setButtonsEnabled(false);
+    showMessage_for_waiting();
+    QTimer::singleShot(timing_.beforeApply, this, SLOT(apply_IP()));
+}
+
+void IP_Settings_Dialog::apply_IP()
+{
+    if (isClosed_)
+        return;
+    const bool isStatic = ui_->radioButton_Static->isChecked();
+    const bool isDhcp = ui_->radioButton_DHCP->isChecked();
+    if (!isStatic && !isDhcp) {
+        endApply(QStringLiteral("Select IP allocation"), QMessageBox::Warning);
+        return;
+    }
+    const bool isComplete =
+        isDottedAddress(address()) && isDottedAddress(subnetMask()) && isDottedAddress(gateway());
+    USR_searcher writer(currentIP_, address(), subnetMask(), gateway(), ipAllocation_, username_,
+                        password_, network_);
+    if ((isStatic && !isComplete) || writer.setup_USR() < 0) {
+        endApply(QStringLiteral("Error in applying IP"), QMessageBox::Warning);
+        return;
+    }
+    QTimer::singleShot(isDhcp ? timing_.afterDhcp : timing_.afterStatic, this,
+                       SLOT(search_USR_in_network_after_changing()));
+}
+
+void IP_Settings_Dialog::on_radioButton_DHCP_clicked()
+{
+    ipAllocation_ = dhcpAllocation;
+    showLayout(false);
+    settingsWereEdited();
+}
+
+void IP_Settings_Dialog::on_radioButton_Static_clicked()
+{
+    ipAllocation_ = staticAllocation;
+    showLayout(true);
+    settingsWereEdited();
+}
+
+void IP_Settings_Dialog::on_pushButton_Connect_clicked()
+{
+    hide();
+}
+
+void IP_Settings_Dialog::search_USR_in_network_after_changing()
+{
+    if (isClosed_)
+        return;
+    currentIP_ = searcher_.get_IP_after_hanging();
+    ui_->label_IP->setText(currentIP_);
+    if (!currentIP_.isEmpty())
+        searcher_.setTargetIP(currentIP_);
+    usrName_ = searcher_.get_name();
+    fillFields();
+    ui_->pushButton_Connect->setDefault(true);
+    // Deliberate: said also when the module was not found again; label_IP is empty then.
+    endApply(QStringLiteral("The IP was applied successfully"), QMessageBox::Information);
+}
+
+void IP_Settings_Dialog::showMessage_for_waiting()
+{
+    showNotice(QStringLiteral("Please wait for changes to be made"), QMessageBox::Information,
+               *waitingNotice_);
+}
+
+void IP_Settings_Dialog::showLayout(bool isStatic)
+{
+    for (QLineEdit *edit :
+         {ui_->lineEdit_IPv4_Address, ui_->lineEdit_Subnet_Mask, ui_->lineEdit_Default_Gateway})
+        edit->setEnabled(isStatic);
+    ui_->radioButton_Static->setChecked(isStatic);
+    ui_->radioButton_DHCP->setChecked(!isStatic);
+}
+
+void IP_Settings_Dialog::fillFields()
+{
+    ui_->lineEdit_IPv4_Address->setText(searcher_.get_static_IP());
+    ui_->lineEdit_Subnet_Mask->setText(searcher_.get_subnet_mask());
+    ui_->lineEdit_Default_Gateway->setText(searcher_.get_gateway());
+}
+
+void IP_Settings_Dialog::setButtonsEnabled(bool isEnabled)
+{
+    ui_->pushButton_Apply_IP->setEnabled(isEnabled);
+    ui_->pushButton_Connect->setEnabled(isEnabled);
+    ui_->radioButton_DHCP->setEnabled(isEnabled);
+    ui_->radioButton_Static->setEnabled(isEnabled);
+}
+
+/// Enter must not connect past what was just typed.
+void IP_Settings_Dialog::settingsWereEdited()
+{
+    ui_->pushButton_Apply_IP->setDefault(true);
+}
+
+void IP_Settings_Dialog::endApply(const QString &text, QMessageBox::Icon icon)
+{
+    waitingNotice_->hide();
+    showNoticeModal(text, icon);
+    setButtonsEnabled(true);
+}
+
+/// What is still to come of an apply is left undone: the user has turned away.
+void IP_Settings_Dialog::markClosed()
+{
+    isClosed_ = true;
+    waitingNotice_->hide();
+}
