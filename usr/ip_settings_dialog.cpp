@@ -5,8 +5,8 @@
 #include "ui_ip_settings_dialog.h"
 
 #include <QCloseEvent>
+#include <QRegularExpression>
 #include <QTimer>
-#include <regex>
 
 namespace {
 const auto staticAllocation = QStringLiteral("80"); // NOLINT(cert-err58-cpp): a literal
@@ -16,8 +16,9 @@ const auto dhcpAllocation = QStringLiteral("00");   // NOLINT(cert-err58-cpp): a
 /// address then.
 bool isDottedAddress(const QString &text)
 {
-    static const std::regex form(R"(^\d{1,3}\.\d{1,3}\.\d{1,3}\.\d{1,3}$)");
-    return std::regex_match(text.toStdString(), form);
+    static const QRegularExpression form(QRegularExpression::anchoredPattern(
+        QStringLiteral(R"(\d{1,3}\.\d{1,3}\.\d{1,3}\.\d{1,3})")));
+    return form.match(text).hasMatch();
 }
 } // namespace
 
