@@ -1,0 +1,60 @@
+#include "layout/layout_submission.h"
+
+#include "layout/layout_command.h"
+#include "layout/layout_grid.h"
+#include "link/device_link.h"
+#include "log/notices.h"
+
+#include <QComboBox>
+
+namespace {
+constexpr int allPortsActive = 2; // the item "Ports 1, 2, 3, and 4"
+}
+
+LayoutSubmission::LayoutSubmission(LayoutGrid &grid, DeviceLink &link, QComboBox &activePorts)
+    : grid_(grid), link_(link), activePorts_(activePorts)
+{
+}
+
+void LayoutSubmission::submit()
+{
+    if (areAllConnected())
+        showNoticeModal(QStringLiteral("Display topology has been updated"),
+                        QMessageBox::Information);
+    else
+        showNoticeModal(QStringLiteral("Failed to update, connect all displays"),
+                        QMessageBox::Warning);
+    // Deliberate: the notice only informs; the switch gets the layout in both cases.
+    const int chosen = activePorts_.currentIndex();
+    activePorts_.setCurrentIndex(allPortsActive);
+    std::string command = buildLayoutCommand();
+    link_.writeDirectly(link_.frame(command));
+    activePorts_.setCurrentIndex(chosen);
+}
+
+void LayoutSubmission::load(const std::string &reply)
+{
+    const std::array<std::string, 4> codes = layoutCodes(reply);
+    std::array<GridPosition, 4> channels;
+    for (std::size_t channel = codes.size(); channel > 0; --channel)
+        channels.at(channel - 1) = gridPosition(codes.at(channel - 1));
+    grid_.place(channels, activePorts_.currentIndex());
+}
+
+std::string LayoutSubmission::buildLayoutCommand() const
+{
+    std::vector<PlacedDisplay> displays;
+    for (const DisplayCell &cell : grid_.layout())
+        displays.push_back({{cell.row, cell.column}, displayColour(cell.brush)});
+    return layoutCommand(displays);
+}
+
+bool LayoutSubmission::areAllConnected() const
+{
+    std::vector<GridPosition> displays;
+    for (const DisplayCell &cell : grid_.layout())
+        displays.push_back({cell.row, cell.column});
+    const int neighbours =
+        neighbourCount(displays, [this](GridPosition cell) { return grid_.holdsDisplay(cell); });
+    return isConnected(neighbours);
+}
