@@ -52,9 +52,8 @@ std::optional<char> channelDigit(DisplayColour colour)
     case DisplayColour::Green:
         return '2';
     case DisplayColour::Blue:
-        return '3';
     case DisplayColour::Gray:
-        // Deliberate: gray follows blue, so that an inactive channel 4 is written as 3 too. It is
+        // Deliberate: gray goes with blue, so that an inactive channel 4 is written as 3 too. It is
         // what the switch has always been sent.
         return '3';
     case DisplayColour::Red:

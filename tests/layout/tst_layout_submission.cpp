@@ -127,7 +127,9 @@ private Q_SLOTS:
     void aCommandThatCannotBeConvertedIsReported()
     {
         LinkFactories failing = LinkFactories::real();
-        failing.frame = [](std::string &) -> QByteArray { throw std::runtime_error("no bytes"); };
+        failing.frame = [](std::string &, const auto &) -> QByteArray {
+            throw std::runtime_error("no bytes");
+        };
         LinkBench bench(failing);
         bench.open();
         s_->activePorts.setCurrentIndex(1);
