@@ -2,7 +2,7 @@
 
 #include "layout/layout_submission.h"
 #include "log/event_log.h"
-#include "support/dialog_answers.h"
+#include "support/dialog_recorder.h"
 #include "support/link_bench.h"
 
 #include <QComboBox>
@@ -65,7 +65,7 @@ private Q_SLOTS:
                          2);
         s_->submission.submit();
         QCOMPARE(s_->user.seen().size(), 1);
-        const SeenBox &notice = s_->user.seen().first();
+        const auto &notice = s_->user.seen().first();
         QCOMPARE(notice.title, QStringLiteral("Information"));
         QCOMPARE(notice.text, connected ? QStringLiteral("Display topology has been updated")
                                         : QStringLiteral("Failed to update, connect all displays"));

@@ -1,0 +1,360 @@
+#include "log/event_log.h"
+#include "mouse/mouse_settings.h"
+#include "support/dialog_recorder.h"
+#include "support/link_bench.h"
+
+#include <QComboBox>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+
+namespace {
+/// Stands in for the window that reads the switch back.
+class Window : public QObject
+{
+    Q_OBJECT
+
+public:
+    int reads = 0;
+
+public Q_SLOTS:
+    void refresh_UI() { ++reads; }
+};
+
+/// The mouse page's widgets, wired as the main window wires them.
+struct Page
+{
+    explicit Page(MouseSettings::Timing timing = {std::chrono::milliseconds(20)})
+        : settings(window,
+                   {{&resolutions[0], &resolutions[1], &resolutions[2], &resolutions[3]},
+                    {&labels[0], &labels[1], &labels[2], &labels[3]},
+                    &setting,
+                    &name,
+                    &x,
+                    &y},
+                   bench.link(), bench.controls(), timing)
+    {
+        setting.addItems({QStringLiteral("C1"), QStringLiteral("C2"), QStringLiteral("C3"),
+                          QStringLiteral("C4")});
+        for (int channel = 1; channel <= 4; ++channel) {
+            QComboBox &combo = resolutions[channel - 1];
+            combo.addItems({QStringLiteral("1080p"), QStringLiteral("4K"), QStringLiteral("2K"),
+                            QStringLiteral("3840x1080"), QStringLiteral("5760x1080"),
+                            QStringLiteral("7680x1080"), QStringLiteral("1920x2160"),
+                            QStringLiteral("1920x3240"), QStringLiteral("1920x4320")});
+            QObject::connect(&combo, &QComboBox::currentIndexChanged, &combo,
+                             [this, channel] { settings.resolutionChanged(channel); });
+        }
+        QObject::connect(&setting, &QComboBox::currentIndexChanged, &setting,
+                         [this] { settings.fillEditFields(); });
+        bench.open();
+    }
+
+    /// Four settings as the switch reports them.
+    void report()
+    {
+        const char *const values[] = {"100 250 OFFICE", "120 080 DESK", "001 500 HOME",
+                                      "300 300 LAB"};
+        for (int at = 0; at < 4; ++at) {
+            settings.setCustomEntry(at, values[at], 8);
+            settings.setDataLabel(at, values[at]);
+        }
+    }
+
+    void type(const char *nameText, const char *xText, const char *yText)
+    {
+        name.setText(QString::fromUtf8(nameText));
+        x.setText(QString::fromUtf8(xText));
+        y.setText(QString::fromUtf8(yText));
+    }
+
+    QStringList customItems(int channel) const
+    {
+        QStringList items;
+        for (int item = 9; item < resolutions[channel - 1].count(); ++item)
+            items.append(resolutions[channel - 1].itemText(item));
+        return items;
+    }
+
+    DialogRecorder user;
+    Window window;
+    LinkBench bench;
+    QComboBox resolutions[4];
+    QLabel labels[4];
+    QComboBox setting;
+    QLineEdit name;
+    QLineEdit x;
+    QLineEdit y;
+    MouseSettings settings;
+};
+
+QByteArray logText()
+{
+    QFile log(eventLogPath());
+    return log.open(QIODevice::ReadOnly) ? log.readAll() : QByteArray();
+}
+} // namespace
+
+class MouseSettingsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QCOMPARE(openLog(), 1); }
+    void cleanupTestCase() { closeLog(); }
+
+    void init() { page_ = std::make_unique<Page>(); }
+    void cleanup() { page_.reset(); }
+
+    void aChosenResolutionIsSent()
+    {
+        page_->report();
+        page_->bench.controls().setHandlersArmed(true);
+        page_->resolutions[3].setCurrentIndex(2);
+        page_->resolutions[0].setCurrentIndex(8);
+        page_->resolutions[0].setCurrentIndex(9);
+        page_->resolutions[1].setCurrentIndex(12);
+        QCOMPARE(page_->bench.commands(4),
+                 (QByteArrayList{"//CE 4 3\r", "//CE 1 9\r", "//CE 1 10\r", "//CE 2 13\r"}));
+    }
+
+    void aResolutionFilledInByTheProgramIsNot()
+    {
+        page_->report();
+        page_->resolutions[0].setCurrentIndex(5);
+        page_->settings.setChannelResolutions("4 3 2 13");
+        QVERIFY(page_->bench.isSilent());
+    }
+
+    void choosingASettingFillsTheEditFields()
+    {
+        page_->labels[1].setText(QStringLiteral("100 250 OFFICE"));
+        page_->setting.setCurrentIndex(1);
+        QCOMPARE(page_->x.text(), QStringLiteral("100"));
+        QCOMPARE(page_->y.text(), QStringLiteral("250"));
+        QCOMPARE(page_->name.text(), QStringLiteral("OFFICE"));
+        QVERIFY(!page_->settings.isFillingEditFields());
+    }
+
+    void theFillIsMarkedWhileItLasts()
+    {
+        page_->labels[0].setText(QStringLiteral("100 250 OFFICE"));
+        bool marked = false;
+        connect(&page_->name, &QLineEdit::textChanged, &page_->name,
+                [&] { marked = page_->settings.isFillingEditFields(); });
+        page_->settings.fillEditFields();
+        QVERIFY(marked);
+        QVERIFY(!page_->settings.isFillingEditFields());
+    }
+
+    void aShortLabelStopsTheFillWithALineInTheLog()
+    {
+        page_->type("OLD", "1", "2");
+        page_->labels[0].setText(QStringLiteral("100 250"));
+        const auto before = logText().count("basic_string::substr");
+        page_->settings.fillEditFields();
+        QCOMPARE(page_->x.text(), QStringLiteral("100"));
+        QCOMPARE(page_->y.text(), QStringLiteral("250"));
+        QCOMPARE(page_->name.text(), QStringLiteral("OLD"));
+        QCOMPARE(logText().count("basic_string::substr"), before + 1);
+        QVERIFY(page_->user.seen().isEmpty());
+        QVERIFY(!page_->settings.isFillingEditFields());
+    }
+
+    void anEmptyLabelLeavesYAndName()
+    {
+        page_->type("OLD", "1", "2");
+        page_->settings.fillEditFields();
+        QCOMPARE(page_->x.text(), QString());
+        QCOMPARE(page_->y.text(), QStringLiteral("2"));
+        QCOMPARE(page_->name.text(), QStringLiteral("OLD"));
+        QVERIFY(page_->user.seen().isEmpty());
+    }
+
+    void submitSendsTheSettingAndReadsBack()
+    {
+        page_->report();
+        page_->setting.setCurrentIndex(1);
+        page_->type("Den", "120", "80");
+        page_->settings.submitCustomSetting();
+        QCOMPARE(page_->bench.commands(1), QByteArrayList{"//MM C2 120 80 Den \r"});
+        for (int channel = 1; channel <= 4; ++channel)
+            QCOMPARE(page_->customItems(channel),
+                     (QStringList{QStringLiteral("OFFICE"), QStringLiteral("Den"),
+                                  QStringLiteral("HOME"), QStringLiteral("LAB")}));
+        QTRY_COMPARE(page_->window.reads, 1);
+        QVERIFY(page_->user.seen().isEmpty());
+    }
+
+    void theRealDelayIs800Milliseconds()
+    {
+        QCOMPARE(MouseSettings::Timing().readAfterSubmit, std::chrono::milliseconds(800));
+    }
+
+    void oneSettingAtATime()
+    {
+        page_->report();
+        page_->type("NEW", "1", "500");
+        page_->settings.submitCustomSetting();
+        QVERIFY(!page_->settings.isReady());
+        page_->type("LATER", "2", "3");
+        page_->settings.submitCustomSetting();
+        QCOMPARE(page_->bench.commands(1), QByteArrayList{"//MM C1 1 500 NEW \r"});
+        QVERIFY(page_->bench.isSilent());
+        QVERIFY(page_->user.seen().isEmpty());
+        QCOMPARE(page_->customItems(1).first(), QStringLiteral("NEW"));
+
+        page_->settings.setReady(true);
+        page_->settings.submitCustomSetting();
+        QCOMPARE(page_->bench.commands(1), QByteArrayList{"//MM C1 2 3 LATER \r"});
+    }
+
+    void aProblemIsShownAndNothingIsSent_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("x");
+        QTest::addColumn<QString>("y");
+        QTest::addColumn<QString>("notice");
+        const auto row = [](const char *name, const char *x, const char *y, const char *notice) {
+            QTest::addRow("%s/%s/%s", name, x, y)
+                << QString::fromLatin1(name) << QString::fromLatin1(x) << QString::fromLatin1(y)
+                << QString::fromLatin1(notice);
+        };
+        row("", "1", "2", "Enter name of setting");
+        row("NEW", "", "2", "Enter X for setting");
+        row("NEW", "1", "", "Enter Y for setting");
+        row("home", "1", "2", "This custom name already exists");
+        row("NEW", "0", "2", "Mouse Speed Range is between 1-500");
+        row("NEW", "501", "2", "Mouse Speed Range is between 1-500");
+        row("NEW", "abc", "2", "Mouse Speed Range is between 1-500");
+        row("NEW", "1", "501", "Mouse Speed Range is between 1-500");
+    }
+
+    void aProblemIsShownAndNothingIsSent()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, x);
+        QFETCH(QString, y);
+        QFETCH(QString, notice);
+        page_->report();
+        page_->type(name.toUtf8().constData(), x.toUtf8().constData(), y.toUtf8().constData());
+        page_->settings.submitCustomSetting();
+        QCOMPARE(page_->user.seen().size(), 1);
+        QCOMPARE(page_->user.seen().first().text, notice);
+        QCOMPARE(page_->user.seen().first().icon, QMessageBox::Warning);
+        QVERIFY(page_->settings.isReady());
+        QVERIFY(page_->bench.isSilent());
+    }
+
+    void aSettingMayKeepItsOwnName()
+    {
+        page_->report();
+        page_->setting.setCurrentIndex(2);
+        page_->type("HOME", "7", "8");
+        page_->settings.submitCustomSetting();
+        QCOMPARE(page_->bench.commands(1), QByteArrayList{"//MM C3 7 8 HOME \r"});
+    }
+
+    void customEntriesTakeTheirPositions()
+    {
+        page_->settings.setCustomEntry(2, "001 500 HOME", 8);
+        QCOMPARE(page_->customItems(1),
+                 (QStringList{QString(), QString(), QStringLiteral("HOME")}));
+        page_->report();
+        page_->report(); // overlapping read-backs
+        for (int channel = 1; channel <= 4; ++channel) {
+            QCOMPARE(page_->resolutions[channel - 1].count(), 13);
+            QCOMPARE(page_->customItems(channel),
+                     (QStringList{QStringLiteral("OFFICE"), QStringLiteral("DESK"),
+                                  QStringLiteral("HOME"), QStringLiteral("LAB")}));
+        }
+    }
+
+    void aMissingEntryIsAnEmptyItem()
+    {
+        page_->report();
+        page_->settings.setCustomEntry(1, "0", 8);
+        QCOMPARE(page_->customItems(4),
+                 (QStringList{QStringLiteral("OFFICE"), QString(), QStringLiteral("HOME"),
+                              QStringLiteral("LAB")}));
+    }
+
+    void trimmingTakesTheCustomEntriesAway()
+    {
+        page_->report();
+        page_->resolutions[2].setCurrentIndex(11);
+        page_->settings.trimCustomEntries();
+        for (const QComboBox &combo : page_->resolutions) {
+            QCOMPARE(combo.count(), 9);
+            QCOMPARE(combo.itemText(8), QStringLiteral("1920x4320"));
+        }
+        page_->settings.trimCustomEntries();
+        QCOMPARE(page_->resolutions[0].count(), 9);
+        QVERIFY(page_->bench.isSilent());
+    }
+
+    void fewerThanThirteenItemsAreNotTrimmed()
+    {
+        page_->settings.setCustomEntry(2, "001 500 HOME", 8);
+        page_->settings.trimCustomEntries();
+        QCOMPARE(page_->resolutions[0].count(), 12);
+    }
+
+    void reportedResolutionsAreSelected()
+    {
+        page_->report();
+        page_->settings.setChannelResolutions(" 9,13;1 10");
+        QCOMPARE(page_->resolutions[0].currentIndex(), 8);
+        QCOMPARE(page_->resolutions[1].currentIndex(), 12);
+        QCOMPARE(page_->resolutions[2].currentIndex(), 0);
+        QCOMPARE(page_->resolutions[3].currentIndex(), 9);
+    }
+
+    void aResolutionWithoutAnItemLeavesItsSelector()
+    {
+        for (QComboBox &combo : page_->resolutions)
+            combo.setCurrentIndex(4);
+        page_->settings.setChannelResolutions("10 0 99999999999999999999 2");
+        QCOMPARE(page_->resolutions[0].currentIndex(), 4);
+        QCOMPARE(page_->resolutions[1].currentIndex(), 4);
+        QCOMPARE(page_->resolutions[2].currentIndex(), 4);
+        QCOMPARE(page_->resolutions[3].currentIndex(), 1);
+        page_->settings.setChannelResolutions("0"); // the key was absent
+        QCOMPARE(page_->resolutions[3].currentIndex(), 1);
+    }
+
+    void theLabelShowsWhatTheSwitchSaysAndNoMarkup()
+    {
+        page_->settings.setDataLabel(0, "100 250 <b>OFFICE</b>\r");
+        QCOMPARE(page_->labels[0].text(), QStringLiteral("100 250 <b>OFFICE</b>"));
+        QCOMPARE(page_->labels[0].textFormat(), Qt::PlainText);
+    }
+
+    void theCommandsOfWhatIsShown()
+    {
+        page_->report();
+        page_->resolutions[1].setCurrentIndex(9);
+        QCOMPARE(page_->settings.selectedResolutionCommand(2), std::string("//CE 2 10"));
+        QCOMPARE(page_->settings.knownSettingCommand(0), std::string("//MM C1 100 250 OFFICE"));
+        QCOMPARE(page_->settings.knownSettingCommand(1), std::string("//MM C2 120 080 DESK"));
+    }
+
+    void aSettingThatIsNotKnownHasNoCommand()
+    {
+        QCOMPARE(page_->settings.knownSettingCommand(0), std::string());
+        page_->settings.setDataLabel(0, "0");
+        page_->settings.setCustomEntry(0, "0", 8);
+        QCOMPARE(page_->settings.knownSettingCommand(0), std::string());
+        page_->settings.setDataLabel(0, "100 250 OFFICE");
+        QCOMPARE(page_->settings.knownSettingCommand(0), std::string());
+        page_->settings.setCustomEntry(0, "100 250 OFFICE", 8);
+        QCOMPARE(page_->settings.knownSettingCommand(0), std::string("//MM C1 100 250 OFFICE"));
+    }
+
+private:
+    std::unique_ptr<Page> page_;
+};
+
+QTEST_MAIN(MouseSettingsTest)
+#include "tst_mouse_settings.moc"
