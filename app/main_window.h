@@ -14,8 +14,6 @@
 #include "protocol/general_settings.h"
 #include "protocol/read_back.h"
 #include "protocol/reply_application.h"
-#include "settingsfile/settings_file.h"
-#include "settingsfile/settings_file_handler.h"
 
 #include <QMainWindow>
 #include <memory>
@@ -33,7 +31,6 @@ struct WindowSettings
     ReadBack::Timing readBack;
     GeneralSettings::Timing generalSettings;
     MouseSettings::Timing mouse;
-    SettingsFile::Timing settingsFile;
 };
 
 /// The main window: owns the form and one object per subsystem. Its slots are doors that hand over
@@ -93,7 +90,6 @@ private:
     void connectSubsystems();
 
     // In the order of construction: each object gets only those above it.
-    SettingsFileHandler settingsFileHandler;
     Select_connection_method_Dialog connectionMethodDialog;
     std::unique_ptr<Ui::TRQ_Mobile_Setter_UI> ui_;
     PageNavigation pages_;
@@ -109,5 +105,4 @@ private:
     GeneralSettings generalSettings_;
     ReplyApplication replies_;
     ReadBack readBack_;
-    SettingsFile settingsFile_;
 };
