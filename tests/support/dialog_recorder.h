@@ -3,8 +3,10 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
+#include <QEvent>
 #include <QList>
 #include <QMessageBox>
+#include <QPointer>
 #include <QSet>
 #include <QTimer>
 #include <functional>
@@ -70,20 +72,31 @@ public:
 private:
     void look()
     {
-        QSet<QWidget *> visible;
         const QWidgetList windows = QApplication::topLevelWidgets();
         for (QWidget *window : windows) {
             auto *dialog = qobject_cast<QDialog *>(window);
-            if (!dialog || !dialog->isVisible())
-                continue;
-            visible.insert(dialog);
-            if (handled_.contains(dialog))
+            if (!dialog || !dialog->isVisible() || handled_.contains(dialog))
                 continue;
             handled_.insert(dialog);
-            handle(*dialog);
-            return; // the answer may have run a nested loop: look again with fresh eyes
+            dialog->installEventFilter(this);
+            // Not from within the timer: it does not fire again before its slot has returned, and
+            // an answer may run into the next dialog.
+            QMetaObject::invokeMethod(
+                this,
+                [this, shown = QPointer<QDialog>(dialog)] {
+                    if (shown)
+                        handle(*shown);
+                },
+                Qt::QueuedConnection);
         }
-        handled_.intersect(visible);
+    }
+
+    /// A dialog that hides may come again, and so may another one at its address.
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Hide)
+            handled_.remove(watched);
+        return false;
     }
 
     void handle(QDialog &dialog)
@@ -107,7 +120,7 @@ private:
 
     QTimer poll_;
     QList<RecordedBox> seen_;
-    QSet<QWidget *> handled_;
+    QSet<QObject *> handled_;
     QList<std::function<bool(QDialog &)>> answers_;
     std::function<void(QMessageBox &)> beforeOk_;
 };

@@ -1,0 +1,367 @@
+#include "link/select_hardware_dialog.h"
+#include "protocol/yes_no_dialog.h"
+#include "tests/usr/fake_module.h"
+#include "usr/change_setting_for_usr_dialog.h"
+#include "usr/credentials_dialog.h"
+#include "usr/ip_settings_dialog.h"
+#include "window_fixture.h"
+
+#include <QLineEdit>
+#include <QNetworkDatagram>
+#include <QTableWidget>
+#include <QTest>
+#include <QUdpSocket>
+
+namespace {
+const QByteArray answer = "//RL\nKM Port Limit: 4\nKM Cursor Rolling: Enabled\n"
+                          "KM tracking mode: Relative Mouse Mode\nC1\t100 250 OFFICE\n"
+                          "C2\t120 080 DESK\nC3\t010 010 SLOW\nC4\t500 500 FAST\n"
+                          "Channels resolution: 1 2 3 10\nBuzzer: on\n"
+                          "Current Hotkey Trigger: Scroll Lock\nCurrent KM Control: 2\n"
+                          "Current USB Control 3\n//FF01B05FF02B06FF03B07FF04B08\n";
+
+/// The window, a network module that finds, logs in and configures, and the switch behind it.
+struct NetworkWindow
+{
+    NetworkWindow()
+    {
+        module.answerSearches(
+            {{FakeModule::discoveryReply(QByteArray("\x7f\x00\x00\x01", 4),
+                                         QByteArray("\x9c\xa5\x25\x00\x00\x02", 6), "Meeting Room"),
+              {}}});
+        module.answerLogins({{FakeModule::configuration('\x80'), {}}});
+        switchPort.bind(QHostAddress::LocalHost, 0);
+        QObject::connect(&switchPort, &QUdpSocket::readyRead, &switchPort, [this] { listen(); });
+
+        user.on<Select_connection_method_Dialog>([](Select_connection_method_Dialog &dialog) {
+            press(dialog, "pushButton_continue"); // TCP/IP is checked from the start
+        });
+        user.on<Select_hardware_Dialog>([this](Select_hardware_Dialog &dialog) {
+            ++hardwareLists;
+            if (closeHardware)
+                dialog.close();
+            else
+                press(dialog, "pushButton_Continue");
+        });
+        user.on<Credentials_Dialog>([this](Credentials_Dialog &dialog) {
+            ++logins;
+            if (closeLogin) {
+                dialog.close();
+                return;
+            }
+            fieldsWereEmpty = dialog.findChild<QLineEdit *>(QStringLiteral("lineEdit_username"))
+                                  ->text()
+                                  .isEmpty();
+            dialog.findChild<QLineEdit *>(QStringLiteral("lineEdit_username"))
+                ->setText(QStringLiteral("admin"));
+            dialog.findChild<QLineEdit *>(QStringLiteral("lineEdit_password"))
+                ->setText(QStringLiteral("secret"));
+            press(dialog, "pushButton_ip_allocation");
+        });
+        user.on<IP_Settings_Dialog>([this](IP_Settings_Dialog &dialog) {
+            if (closeIpSettings)
+                dialog.close();
+            else
+                press(dialog, "pushButton_Connect");
+        });
+    }
+
+    void start()
+    {
+        WindowSettings settings = SerialWindow::quick();
+        settings.networkLink.switchPort = switchPort.localPort();
+        settings.panel.handshakeWatchdog = std::chrono::milliseconds(300);
+        settings.wizard.network =
+            module.network(std::chrono::milliseconds(15), std::chrono::milliseconds(15));
+        settings.generalSettings.networkReadAfterReset = std::chrono::milliseconds(60);
+        window = std::make_unique<KM_Configuration_Tool_Norvik>(nullptr, settings);
+        window->show();
+    }
+
+    static void press(QWidget &dialog, const char *button)
+    {
+        dialog.findChild<QPushButton *>(QString::fromLatin1(button))->click();
+    }
+
+    void say(const QByteArray &text) { switchPort.writeDatagram(text, peer, peerPort); }
+
+    void listen()
+    {
+        while (switchPort.hasPendingDatagrams()) {
+            const QNetworkDatagram datagram = switchPort.receiveDatagram();
+            peer = datagram.senderAddress();
+            peerPort = static_cast<quint16>(datagram.senderPort());
+            commands.append(datagram.data());
+            if (datagram.data() == "//BP\r" && !answers.isEmpty()) {
+                for (const QByteArray &reply : std::as_const(answers))
+                    say(reply);
+            }
+        }
+    }
+
+    template <typename Widget = QComboBox>
+    Widget *find(const char *name) const
+    {
+        return window->findChild<Widget *>(QString::fromLatin1(name));
+    }
+    bool isGreen() const
+    {
+        return find<QPushButton>("pushButton_Connection_Indicator")
+            ->styleSheet()
+            .contains(QStringLiteral("green"));
+    }
+    QString terminal() const { return find<QTextEdit>("textEdit_Main_Terminal")->toPlainText(); }
+
+    FakeModule module;
+    QUdpSocket switchPort;
+    QHostAddress peer;
+    quint16 peerPort = 0;
+    QList<QByteArray> commands;
+    QList<QByteArray> answers{answer};
+    DialogRecorder user;
+    bool closeHardware = false;
+    bool closeLogin = false;
+    bool closeIpSettings = false;
+    bool fieldsWereEmpty = false;
+    int hardwareLists = 0;
+    int logins = 0;
+    std::unique_ptr<KM_Configuration_Tool_Norvik> window;
+};
+
+const QList<QByteArray> readCommands = {"//rl\r", "//??\r", "//BP\r"};
+} // namespace
+
+/// The wizard's network road and the switch over UDP, in the whole window.
+class NetworkWindowTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theWizardEndsInAReadConfiguration()
+    {
+        NetworkWindow n;
+        n.start();
+        QTRY_VERIFY(n.isGreen());
+        QTRY_COMPARE(n.find("comboBox_KM_Control")->currentIndex(), 1);
+        QCOMPARE(n.commands, readCommands);
+        QCOMPARE(n.find<QLabel>("label_current_Ip")->text(), QStringLiteral("  IP: 127.0.0.1"));
+        QCOMPARE(n.find<QLabel>("label_name_of_USR")->text(),
+                 QStringLiteral("  Name: Meeting Room"));
+        QVERIFY(!n.find("comboBox_SelectPort")->isVisible());
+        QVERIFY(!n.find<QLabel>("label_Select_port")->isVisible());
+        QVERIFY(n.find<QLabel>("label_current_Ip")->isVisible());
+        QCOMPARE(n.find("comboBox_USB_Control")->currentIndex(), 2);
+        QCOMPARE(n.find("comboBox_mouse_movement_resolution_setting_4")->currentIndex(), 9);
+        QVERIFY(n.find<QTableWidget>("tableWidget")->item(1, 3) != nullptr);
+        QTRY_COMPARE(n.terminal(), QString::fromUtf8(answer));
+        QVERIFY(n.user.seen().isEmpty());
+    }
+
+    void textBeforeTheSwitchHasAnsweredIsNotShown()
+    {
+        NetworkWindow n;
+        n.answers.clear();
+        n.start();
+        QTRY_COMPARE(n.commands.size(), 3);
+        n.say("hello from nobody\n");
+        n.say(answer);
+        QTRY_VERIFY(n.isGreen());
+        QTRY_VERIFY(!n.terminal().isEmpty());
+        QVERIFY(!n.terminal().contains(QStringLiteral("nobody")));
+    }
+
+    void everyDatagramIsReadByTheRules()
+    {
+        NetworkWindow n;
+        n.start();
+        QTRY_VERIFY(n.isGreen());
+        n.commands.clear();
+        n.say("**C4\n");
+        QTRY_COMPARE(n.find("comboBox_KM_Control")->currentIndex(), 3);
+        n.say("**U1\n");
+        QTRY_COMPARE(n.find("comboBox_USB_Control")->currentIndex(), 0);
+        n.say("**M3\n");
+        QTRY_COMPARE(n.find("comboBox_KM_Control")->currentIndex(), 2);
+        QCOMPARE(n.find("comboBox_USB_Control")->currentIndex(), 2);
+        n.say("**CE 1 2\n**C1\n");
+        QTRY_VERIFY(n.terminal().endsWith(QStringLiteral("**C1\n")));
+        QCOMPARE(n.find("comboBox_KM_Control")->currentIndex(), 2);
+        QVERIFY(n.commands.isEmpty());
+    }
+
+    void aDatagramThatWasAppliedIsReadByTheRulesToo()
+    {
+        NetworkWindow n;
+        n.answers = {answer + "**M4\n"};
+        n.start();
+        QTRY_COMPARE(n.find("comboBox_KM_Control")->currentIndex(), 3);
+        QCOMPARE(n.find("comboBox_USB_Control")->currentIndex(), 3);
+    }
+
+    void aSettingGoesOutAsOneDatagram()
+    {
+        NetworkWindow n;
+        n.start();
+        QTRY_COMPARE(n.find("comboBox_KM_Control")->currentIndex(), 1);
+        n.commands.clear();
+        n.find("comboBox_KM_Control")->setCurrentIndex(3);
+        n.find<QPushButton>("pushButton_Soft_Reset")->click();
+        QTRY_COMPARE(n.commands, (QList<QByteArray>{"//c4\r", "//R\r"}));
+    }
+
+    void aSavedLayoutIsAppliedAlone()
+    {
+        NetworkWindow n;
+        n.start();
+        QTRY_COMPARE(n.find("comboBox_KM_Control")->currentIndex(), 1);
+        n.commands.clear();
+        n.answers = {"//FF01B13FF02B14FF03B15FF04B16\n"};
+        n.say("Saving horizontal dimension as 4\n");
+        QTRY_VERIFY(n.find<QTableWidget>("tableWidget")->item(3, 0) != nullptr);
+        QCOMPARE(n.commands, QList<QByteArray>{"//BP\r"});
+        QCOMPARE(n.find("comboBox_KM_Control")->currentIndex(), 1);
+    }
+
+    void anAnswerWithoutALayoutIsReadFiveTimesAgainAndThenGivenUp()
+    {
+        NetworkWindow n;
+        n.answers = {answer.left(60)};
+        n.start();
+        QTRY_COMPARE_WITH_TIMEOUT(n.user.seen().size(), 1, 10000);
+        QCOMPARE(n.user.seen().constFirst().title, QStringLiteral("Error"));
+        QCOMPARE(n.user.seen().constFirst().text, QStringLiteral("Setting data from TRQ error"));
+        QCOMPARE(n.commands.count("//rl\r"), 6);
+    }
+
+    void anAnswerInTwoDatagramsIsAppliedByTheRetryThatTheFirstOneCauses()
+    {
+        NetworkWindow n;
+        n.answers = {answer.left(60), answer.mid(60)};
+        n.start();
+        QTRY_VERIFY(n.find<QTableWidget>("tableWidget")->item(1, 3) != nullptr);
+        QTRY_COMPARE(n.find("comboBox_KM_Control")->currentIndex(), 1);
+        QVERIFY(n.user.seen().isEmpty());
+    }
+
+    void offLeavesNoSocketAndOnConnectsAgain()
+    {
+        NetworkWindow n;
+        n.start();
+        QTRY_VERIFY(n.isGreen());
+        n.find<QPushButton>("pushButton_OFF_Connection")->click();
+        QVERIFY(!n.isGreen());
+        QUdpSocket peersPort;
+        QVERIFY(peersPort.bind(QHostAddress::LocalHost, n.peerPort));
+        peersPort.close();
+        n.commands.clear();
+        n.find<QPushButton>("pushButton_ON_Connection")->click();
+        QTRY_COMPARE(n.commands, readCommands);
+        QTRY_VERIFY(n.isGreen());
+        QTest::qWait(400); // past the watchdog, which finds the switch connected
+        QVERIFY(n.user.seen().isEmpty());
+    }
+
+    void aRefusedLoginIsAskedAgainWithEmptyFields()
+    {
+        NetworkWindow n;
+        n.module.answerLogins([](int nth) -> FakeModule::Answers {
+            if (nth == 1)
+                return {{FakeModule::refusal(), {}}};
+            return {{FakeModule::configuration('\x80'), {}}};
+        });
+        n.start();
+        QCOMPARE(n.logins, 2);
+        QVERIFY(n.fieldsWereEmpty);
+        QCOMPARE(n.user.seen().size(), 1);
+        QCOMPARE(n.user.seen().constFirst().text, QStringLiteral("Bad credentials"));
+        QTRY_VERIFY(n.isGreen());
+        QFile log(eventLogPath());
+        QVERIFY(log.open(QIODevice::ReadOnly));
+        const QByteArray lines = log.readAll();
+        QVERIFY(!lines.contains("secret") && !lines.contains("admin"));
+    }
+
+    void aDialogClosedOnTheWayStopsQuietly_data()
+    {
+        QTest::addColumn<int>("which");
+        QTest::newRow("hardware list") << 0;
+        QTest::newRow("login") << 1;
+        QTest::newRow("IP settings") << 2;
+    }
+
+    void aDialogClosedOnTheWayStopsQuietly()
+    {
+        QFETCH(int, which);
+        NetworkWindow n;
+        n.start();
+        QTRY_COMPARE(n.find("comboBox_KM_Control")->currentIndex(), 1);
+        n.commands.clear();
+        n.closeHardware = which == 0;
+        n.closeLogin = which == 1;
+        n.closeIpSettings = which == 2;
+        n.find<QPushButton>("pushButton_Connection_Settings")->click();
+        QVERIFY(n.isGreen());
+        QVERIFY(n.commands.isEmpty());
+        n.find("comboBox_KM_Control")->setCurrentIndex(2); // the link is as it was
+        QTRY_COMPARE(n.commands, QList<QByteArray>{"//c3\r"});
+        QVERIFY(n.user.seen().isEmpty());
+    }
+
+    void aFirstRunThatStopsLeavesAWindowThatOnDoesNotEnd()
+    {
+        NetworkWindow n;
+        n.closeHardware = true;
+        n.start();
+        QVERIFY(!n.isGreen());
+        n.find<QPushButton>("pushButton_ON_Connection")->click();
+        QVERIFY(n.window->isVisible());
+        QVERIFY(!n.isGreen());
+        QVERIFY(n.commands.isEmpty());
+    }
+
+    void adminSettingsTakeOverNameAndCredentials()
+    {
+        NetworkWindow n;
+        n.start();
+        QTRY_VERIFY(n.isGreen());
+        n.module.forgetFrames();
+        n.user.on<Change_setting_for_USR_Dialog>([](Change_setting_for_USR_Dialog &dialog) {
+            dialog.findChild<QLineEdit *>(QStringLiteral("lineEdit_Name"))
+                ->setText(QStringLiteral("Front Desk"));
+            dialog.findChild<QLineEdit *>(QStringLiteral("lineEdit_Username"))
+                ->setText(QStringLiteral("root"));
+            dialog.findChild<QLineEdit *>(QStringLiteral("lineEdit_Password"))
+                ->setText(QStringLiteral("toor"));
+            NetworkWindow::press(dialog, "pushButton_Apply");
+        });
+        n.find<QPushButton>("pushButton_Admin_Settings")->click();
+        QCOMPARE(n.user.seen().size(), 1);
+        QCOMPARE(n.user.seen().constFirst().text,
+                 QStringLiteral("Settings were applied successfully"));
+        QCOMPARE(n.find<QLabel>("label_name_of_USR")->text(), QStringLiteral("  Name: Front Desk"));
+        QVERIFY(n.module.waitForFrames(3));
+        QCOMPARE(n.module.order(), (QStringList{QStringLiteral("search"), QStringLiteral("setup"),
+                                                QStringLiteral("commit")}));
+        // The next change authenticates with the new credentials: "root" is 72 6F 6F 74.
+        n.module.forgetFrames();
+        n.find<QPushButton>("pushButton_Admin_Settings")->click();
+        QVERIFY(n.module.waitForFrames(3));
+        QCOMPARE(n.module.frames().at(1).mid(9, 12),
+                 QByteArray("\x72\x6f\x6f\x74\x00\x00\x74\x6f\x6f\x72\x00\x00", 12));
+    }
+
+    void aFactoryResetIsReadBackOverTheNetwork()
+    {
+        NetworkWindow n;
+        n.start();
+        QTRY_COMPARE(n.find("comboBox_KM_Control")->currentIndex(), 1);
+        n.commands.clear();
+        n.user.on<Yes_No_Dialog>(
+            [](Yes_No_Dialog &dialog) { NetworkWindow::press(dialog, "pushButton_OK"); });
+        n.find<QPushButton>("pushButton_Factory_Reset")->click();
+        QTRY_COMPARE(n.commands, QList<QByteArray>{"//F\r"} + readCommands);
+    }
+};
+
+QTEST_MAIN(NetworkWindowTest)
+#include "tst_network_window.moc"
