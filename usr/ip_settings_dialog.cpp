@@ -34,6 +34,9 @@ IP_Settings_Dialog::IP_Settings_Dialog(QWidget *parent, const QString &currentIP
 {
     ui_->setupUi(this);
     dressWindow(*this, QSize(500, 450));
+    // A child takes over its window's style sheet; the notice is to look like any other.
+    waitingNotice_->setStyleSheet(
+        QStringLiteral("QLabel, QPushButton {font-size: 12pt;} QPushButton {height: 26px;}"));
     showLayout(ipAllocation_ == staticAllocation);
     ui_->label_IP->setText(currentIP_);
     fillFields();

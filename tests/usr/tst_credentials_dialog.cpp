@@ -73,6 +73,21 @@ private Q_SLOTS:
                                     "border-color: rgb(77, 156, 238); }")));
     }
 
+    void theMainWindowsStyleDoesNotReachIt()
+    {
+        QWidget window;
+        window.setStyleSheet(text("QPushButton {font-size: 14px;height: 45px;width: 100px;}"
+                                  "QLabel {font-size: 14px;}"));
+        Credentials_Dialog dialog(&window, text("192.168.1.7"));
+        dialog.show();
+        QCOMPARE(dialog.size(), QSize(405, 205));
+        QCOMPARE(dialog.findChild<QPushButton *>()->size(), QSize(130, 32));
+        QCOMPARE(dialog.findChild<QLabel *>(text("label_heading"))->font().pixelSize(), 20);
+        QVERIFY(dialog.minimumSizeHint().height() <= 205);
+        for (const QLabel *label : dialog.findChildren<QLabel *>())
+            QVERIFY2(label->width() >= label->sizeHint().width(), qPrintable(label->text()));
+    }
+
     void thePasswordIsMaskedAndShownNowhere()
     {
         typeInto(*dialog_, "lineEdit_username", text("admin"));

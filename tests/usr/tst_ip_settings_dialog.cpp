@@ -91,6 +91,24 @@ private Q_SLOTS:
             QVERIFY(widget->toolTip().isEmpty());
     }
 
+    void theMainWindowsStyleDoesNotReachIt()
+    {
+        QWidget window;
+        window.setStyleSheet(text("QPushButton {font-size: 14px;height: 45px;width: 100px;}"
+                                  "QLabel {font-size: 14px;}"));
+        IP_Settings_Dialog dialog(&window, text("192.168.1.7"), text("00"), text("admin"),
+                                  text("admin"), network(), {1h, 1h, 1h});
+        dialog.show();
+        for (const char *name : {"pushButton_Apply_IP", "pushButton_Connect"})
+            QCOMPARE(dialog.findChild<QPushButton *>(text(name))->size(), QSize(140, 38));
+        QCOMPARE(dialog.findChild<QLabel *>(text("label_heading"))->font().pixelSize(), 20);
+        clickButton(dialog, "pushButton_Apply_IP");
+        auto *box = dialog.findChild<QMessageBox *>();
+        QVERIFY(box->isVisible());
+        QCOMPARE(box->findChild<QLabel *>(text("qt_msgbox_label"))->font().pointSize(), 12);
+        dialog.close();
+    }
+
     void realDelaysAreTheDefaults()
     {
         const IpSettingsTiming timing;
