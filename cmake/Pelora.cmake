@@ -51,11 +51,13 @@ function(pelora_room room)
   pelora_product(pelora_${room})
 endfunction()
 
-# pelora_test(<name> SOURCES <file>... LINK <target>... [LABELS <label>...] [DISPLAY] [SOLO]):
+# pelora_test(<name> SOURCES <file>... LINK <target>... [LABELS <label>...]
+#             [DISPLAY | PRIVATE_NETWORK] [SOLO]):
 # one Qt Test program. It runs offscreen, or on a virtual X display with DISPLAY, alone with SOLO,
-# and with a home folder of its own, so that no test touches the user's files or another test's.
+# in a network of its own with PRIVATE_NETWORK (skipped where there can be none, except in CI), and
+# with a home folder of its own, so that no test touches the user's files or another test's.
 function(pelora_test name)
-  cmake_parse_arguments(TEST "DISPLAY;SOLO" "" "SOURCES;LINK;LABELS;ENVIRONMENT" ${ARGN})
+  cmake_parse_arguments(TEST "DISPLAY;PRIVATE_NETWORK;SOLO" "" "SOURCES;LINK;LABELS;ENVIRONMENT" ${ARGN})
   add_executable(${name} ${TEST_SOURCES})
   target_link_libraries(${name} PRIVATE ${TEST_LINK} Qt6::Test)
   set(home ${CMAKE_CURRENT_BINARY_DIR}/home/${name})
@@ -64,6 +66,10 @@ function(pelora_test name)
   if(TEST_DISPLAY)
     add_test(NAME ${name} COMMAND ${PROJECT_SOURCE_DIR}/scripts/with-display $<TARGET_FILE:${name}>)
     set(platform xcb)
+  elseif(TEST_PRIVATE_NETWORK)
+    add_test(NAME ${name}
+      COMMAND ${PROJECT_SOURCE_DIR}/tests/in_private_network $<TARGET_FILE:${name}>)
+    set(platform offscreen)
   else()
     add_test(NAME ${name} COMMAND ${name})
     set(platform offscreen)
