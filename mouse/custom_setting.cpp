@@ -52,7 +52,7 @@ std::string resolutionCommand(int channel, int index)
     return "//CE " + std::to_string(channel) + " " + std::to_string(index + 1);
 }
 
-std::string submittedCommand(int setting, const CustomSetting &values)
+std::string submittedCommand(int setting, const MovementSetting &values)
 {
     const std::string head =
         commandHead(setting, printable(values.x.trimmed()), printable(values.y.trimmed()));
@@ -61,14 +61,14 @@ std::string submittedCommand(int setting, const CustomSetting &values)
     return shortened(head, longestCommand - 1) + shortened(printable(values.name), room) + " ";
 }
 
-std::string storedCommand(int setting, const CustomSetting &values)
+std::string storedCommand(int setting, const MovementSetting &values)
 {
     return shortened(commandHead(setting, printable(values.x), printable(values.y)) +
                          printable(values.name),
                      longestCommand);
 }
 
-QString customSettingProblem(const CustomSetting &values, int setting, const QStringList &choices)
+QString customSettingProblem(const MovementSetting &values, int setting, const QStringList &choices)
 {
     if (values.name.trimmed().isEmpty())
         return QStringLiteral("Enter name of setting");

@@ -19,7 +19,7 @@ inline constexpr int slowestSpeed = 1;
 inline constexpr int fastestSpeed = 500;
 
 /// What the edit fields hold, as typed.
-struct CustomSetting
+struct MovementSetting
 {
     QString name;
     QString x;
@@ -34,16 +34,17 @@ std::string resolutionCommand(int channel, int index);
 /// "//MM C2 120 80 DESK " (2F 2F 4D 4D 20 43 32 20 31 32 30 20 38 30 20 44 45 53 4B 20).
 /// It has at most 99 bytes; a longer name is shortened, at a whole character. Control characters in
 /// the texts are dropped, and so are blanks around X and Y.
-std::string submittedCommand(int setting, const CustomSetting &values);
+std::string submittedCommand(int setting, const MovementSetting &values);
 
 /// The stored form, `setting` 1 to 4, without a trailing blank: "//MM C2 120 080 DESK". At most 99
 /// bytes; what is longer is cut at a whole character.
-std::string storedCommand(int setting, const CustomSetting &values);
+std::string storedCommand(int setting, const MovementSetting &values);
 
 /// What is wrong with the edit fields, in the words of the notice; empty when nothing is.
 /// `setting` is the zero-based setting that is edited, `choices` the items of a resolution
 /// selector.
-QString customSettingProblem(const CustomSetting &values, int setting, const QStringList &choices);
+QString customSettingProblem(const MovementSetting &values, int setting,
+                             const QStringList &choices);
 
 /// The name inside `value`: what stands behind its first `skip` bytes, without blanks, tabs and
 /// control characters. Empty when there is no more than that. Example: "100 250 OFFICE" with 8

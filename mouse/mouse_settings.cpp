@@ -47,7 +47,7 @@ void MouseSettings::resolutionChanged(int channel)
 
 void MouseSettings::submitCustomSetting()
 {
-    const CustomSetting values{widgets_.name->text(), widgets_.x->text(), widgets_.y->text()};
+    const MovementSetting values{widgets_.name->text(), widgets_.x->text(), widgets_.y->text()};
     const int setting = widgets_.setting->currentIndex();
     const QString problem =
         customSettingProblem(values, setting, itemsOf(*widgets_.resolutions.front()));

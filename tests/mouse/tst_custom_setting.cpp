@@ -3,7 +3,7 @@
 #include <QTest>
 
 namespace {
-CustomSetting setting(const char *name, const char *x, const char *y)
+MovementSetting setting(const char *name, const char *x, const char *y)
 {
     return {QString::fromUtf8(name), QString::fromUtf8(x), QString::fromUtf8(y)};
 }

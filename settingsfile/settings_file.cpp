@@ -1,0 +1,313 @@
+#include "settingsfile/settings_file.h"
+
+#include "layout/layout_grid.h"
+#include "layout/layout_submission.h"
+#include "link/connection_controls.h"
+#include "link/device_link.h"
+#include "log/event_log.h"
+#include "log/notices.h"
+#include "mouse/mouse_settings.h"
+#include "protocol/combo_setting.h"
+#include "protocol/command.h"
+#include "protocol/reply.h"
+#include "settingsfile/button_hold.h"
+#include "settingsfile/settings_file_handler.h"
+#include "settingsfile/settings_text.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QFileDialog>
+#include <algorithm>
+#include <exception>
+#include <optional>
+#include <utility>
+
+namespace {
+/// How many characters of a stored custom setting ("//MM C1 100 250 ") precede its name.
+constexpr std::size_t storedNameOffset = 15;
+
+constexpr char createFailure[] = "The settings file could not be saved";
+constexpr char lastCreateFailure[] = "The last settings file could not be saved";
+constexpr char loadFailure[] = "The settings file could not be applied";
+
+QString nameFilter()
+{
+    return QStringLiteral("Text files (*.txt)");
+}
+
+/// The type of member `at`, 0 to 3, of a group of four.
+EntryType member(EntryType first, std::size_t at)
+{
+    return static_cast<EntryType>(static_cast<int>(first) + static_cast<int>(at));
+}
+
+int memberOf(EntryType type, EntryType first)
+{
+    return static_cast<int>(type) - static_cast<int>(first);
+}
+
+/// Logs and shows what failed and why, if anything did.
+void report(const std::string &failure, const QString &problem)
+{
+    if (!problem.isEmpty())
+        reportFailure((failure + ": " + problem.toStdString()).c_str());
+}
+
+/// Clears `sendEnabled` and `handlersArmed` while it lives and sets both at its end.
+class ApplyingEntry
+{
+public:
+    ApplyingEntry(DeviceLink &link, ConnectionControls &controls) : link_(link), controls_(controls)
+    {
+        link_.setSendEnabled(false);
+        controls_.setHandlersArmed(false);
+    }
+    ~ApplyingEntry()
+    {
+        link_.setSendEnabled(true);
+        controls_.setHandlersArmed(true);
+    }
+    ApplyingEntry(const ApplyingEntry &) = delete;
+    ApplyingEntry &operator=(const ApplyingEntry &) = delete;
+
+private:
+    DeviceLink &link_;
+    ConnectionControls &controls_;
+};
+} // namespace
+
+SettingsFile::Dialogs SettingsFile::Dialogs::real(QWidget &window)
+{
+    return {[&window] {
+                return QFileDialog::getSaveFileName(&window, QStringLiteral("Save Settings File"),
+                                                    QDir::homePath(), nameFilter());
+            },
+            [&window] {
+                QFileDialog dialog(&window, QStringLiteral("Select file"), QDir::homePath());
+                dialog.setNameFilter(nameFilter());
+                return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0)
+                                                          : QString();
+            }};
+}
+
+SettingsFile::SettingsFile(QObject &window, Widgets widgets, Parts parts,
+                           std::function<std::string()> kmType, std::function<void()> plainRead,
+                           Timing timing, Dialogs dialogs)
+    : widgets_(std::move(widgets)), parts_(parts), kmType_(std::move(kmType)),
+      plainRead_(std::move(plainRead)), timing_(timing), dialogs_(std::move(dialogs))
+{
+    // One timer that starts anew: the second half of a load never comes from an earlier one.
+    secondPart_.setSingleShot(true);
+    secondPart_.setTimerType(Qt::PreciseTimer); // never early: the switch needs the time
+    QObject::connect(&secondPart_, SIGNAL(timeout()), &window,
+                     SLOT(load_second_part_of_settings()));
+}
+
+SettingsFile::~SettingsFile() = default;
+
+void SettingsFile::create()
+{
+    guarded(createFailure, [this] {
+        const QString path = dialogs_.saveName();
+        if (path.isEmpty())
+            return;
+        report(lastCreateFailure, parts_.handler.finishOutput());
+        // Deliberate: for this model the file is finished only when the next one is begun or the
+        // program ends.
+        const QString problem = parts_.handler.save(path, settingsText(shownValues()), isZen());
+        report(createFailure, problem);
+        if (problem.isEmpty())
+            showNoticeModal(QStringLiteral("File saved"), QMessageBox::Information);
+    });
+}
+
+SettingsValues SettingsFile::shownValues() const
+{
+    SettingsValues values;
+    values.kmControl = kmControlCommand(widgets_.kmControl->currentIndex());
+    values.usbControl = usbControlCommand(widgets_.usbControl->currentIndex());
+    values.limitPorts = activePortsCommand(widgets_.activePorts->currentIndex());
+    values.cursorRolling = cursorRollingCommand(widgets_.cursorRolling->currentIndex());
+    for (int at = 0; at < 4; ++at) {
+        const auto place = static_cast<std::size_t>(at);
+        values.resolutions.at(place) = parts_.mouse.selectedResolutionCommand(at + 1);
+        values.customSettings.at(place) = parts_.mouse.knownSettingCommand(at);
+        values.dataLabels.at(place) = parts_.mouse.dataLabel(at).toStdString();
+        values.coordinates.at(place) = shownCoordinates(at + 1);
+    }
+    values.gridSettings = parts_.layout.buildLayoutCommand();
+    values.buzzer = beepCommand(parts_.controls.isBeepOnEnabled());
+    values.mouseMode = mouseModeCommand(widgets_.mouseMode->currentIndex());
+    return values;
+}
+
+std::string SettingsFile::shownCoordinates(int channel) const
+{
+    const QString label = channelLabel(channel);
+    for (const DisplayCell &cell : parts_.grid.layout()) {
+        if (cell.label == label)
+            return coordinatesText({cell.row, cell.column});
+    }
+    return {};
+}
+
+bool SettingsFile::isZen() const
+{
+    return kmType_() == "zen";
+}
+
+void SettingsFile::load()
+{
+    guarded(loadFailure, [this] {
+        parts_.controls.setHandlersArmed(false);
+        parts_.mouse.trimCustomEntries();
+        parts_.handler.forget();
+        const QString path = dialogs_.openName();
+        if (path.isEmpty())
+            return;
+        const QString problem = parts_.handler.read(path);
+        if (problem.isEmpty())
+            applyFirstPart();
+        else
+            reportFailure(problem.toStdString().c_str());
+    });
+    if (!parts_.handler.isFileLoaded())
+        plainRead_();
+    secondPart_.start(timing_.secondPart);
+}
+
+void SettingsFile::applyFirstPart()
+{
+    if (!hold_) {
+        connectedAtLoad_ = parts_.controls.countsAsConnected();
+        hold_ = std::make_unique<ButtonHold>(widgets_.heldWhileLoading);
+    }
+    applyKey(EntryType::KmControl, kmControlKey);
+    for (std::size_t at = 0; at < customSettingKeys.size(); ++at)
+        applyKey(member(EntryType::FirstCustomSetting, at), customSettingKeys.at(at));
+    for (std::size_t at = 0; at < resolutionKeys.size(); ++at)
+        applyKey(member(EntryType::FirstResolution, at), resolutionKeys.at(at));
+    parts_.controls.setHandlersArmed(true); // also where the file has none of these keys
+    parts_.handler.markLoaded();
+}
+
+void SettingsFile::loadSecondPart()
+{
+    const bool applied =
+        parts_.handler.isFileLoaded() && guarded(loadFailure, [this] { applySecondPart(); });
+    letGo();
+    if (applied)
+        showNoticeModal(QStringLiteral("Settings file applied"), QMessageBox::Information);
+}
+
+void SettingsFile::letGo()
+{
+    if (!hold_)
+        return;
+    // A link that was lost meanwhile has left its controls disabled, and so they stay.
+    hold_->letGo(!connectedAtLoad_ || parts_.controls.countsAsConnected());
+    hold_.reset();
+}
+
+void SettingsFile::applySecondPart()
+{
+    applyKey(EntryType::UsbControl, usbControlKey);
+    applyKey(EntryType::LimitPorts, limitPortsKey);
+    applyKey(EntryType::CursorRolling, cursorRollingKey);
+    applyKey(EntryType::Grid, gridSettingsKey);
+    applyKey(EntryType::Buzzer, buzzerKey);
+    for (std::size_t at = 0; at < dataLabelKeys.size(); ++at)
+        applyKey(member(EntryType::FirstDataLabel, at), dataLabelKeys.at(at));
+    // Deliberate: this model's mouse mode is written to the file and never applied from it.
+    if (!isZen())
+        applyKey(EntryType::MouseMode, mouseModeKey);
+}
+
+void SettingsFile::applyKey(EntryType type, std::string_view key)
+{
+    const std::optional<std::string> value = settingsValue(parts_.handler.text(), key);
+    const bool sendable = type < EntryType::FirstDataLabel;
+    if (!value || (sendable && value->empty())) {
+        writeLog("The settings file has no value for \"" + std::string(key) + "\"");
+        return;
+    }
+    applyEntry(type, *value);
+}
+
+void SettingsFile::applyEntry(EntryType type, const std::string &value)
+{
+    {
+        const ApplyingEntry guard(parts_.link, parts_.controls);
+        show(type, value);
+    }
+    if (type < EntryType::FirstDataLabel)
+        parts_.link.forwardCommand(value);
+}
+
+void SettingsFile::show(EntryType type, const std::string &value)
+{
+    if (type >= EntryType::FirstDataLabel && type <= EntryType::LastDataLabel) {
+        parts_.mouse.setDataLabel(memberOf(type, EntryType::FirstDataLabel), value);
+    } else if (type == EntryType::Buzzer) {
+        const bool on = value == "on" || value == beepOnCommand;
+        parts_.controls.setBeepButtonsEnabled(!on, on);
+    } else if (type == EntryType::Grid) {
+        showGrid();
+    } else if (type >= EntryType::FirstResolution && type < EntryType::Grid) {
+        const int channel = memberOf(type, EntryType::FirstResolution) + 1;
+        const std::string key = "//CE " + std::to_string(channel) + " ";
+        selectItem(parts_.mouse.resolutionSelector(channel), replyValue(value, key));
+    } else if (type >= EntryType::FirstCustomSetting && type < EntryType::FirstResolution) {
+        parts_.mouse.setCustomEntry(memberOf(type, EntryType::FirstCustomSetting), value,
+                                    storedNameOffset);
+    } else if (type == EntryType::CursorRolling) {
+        widgets_.cursorRolling->setCurrentIndex(value == "Enabled" || value == "//o1" ? 1 : 0);
+    } else if (type == EntryType::LimitPorts) {
+        showLimitPorts(value);
+    } else if (type == EntryType::MouseMode) {
+        showMouseMode(value);
+    } else if (type == EntryType::UsbControl) {
+        selectItem(*widgets_.usbControl, replyValue(value, "//u"));
+    } else if (type == EntryType::KmControl) {
+        selectItem(*widgets_.kmControl, replyValue(value, "//c"));
+    }
+}
+
+void SettingsFile::showMouseMode(const std::string &value)
+{
+    const bool relative = value == "Relative Mouse Mode" || value == "//km";
+    widgets_.mouseMode->setCurrentIndex(relative ? 1 : 0);
+    parts_.mouse.setReady(true);
+    parts_.mouse.fillEditFields();
+}
+
+void SettingsFile::showLimitPorts(const std::string &value)
+{
+    try {
+        const int activePorts = replyNumber(replyValue(value, "//D"));
+        constexpr int fewestPorts = 2;
+        if (activePorts < fewestPorts || activePorts >= fewestPorts + widgets_.activePorts->count())
+            return;
+        widgets_.activePorts->setCurrentIndex(activePorts - fewestPorts);
+        // Deliberate: one more than the item's index, as when the switch reports its limit.
+        parts_.grid.repaintActivePorts(activePorts - 1);
+    } catch (const std::exception &error) {
+        writeLog(error.what());
+    }
+}
+
+void SettingsFile::showGrid()
+{
+    std::array<GridPosition, 4> channels;
+    for (std::size_t channel = channels.size(); channel > 0; --channel) {
+        const std::string_view key = coordinatesKeys.at(channel - 1);
+        const auto place =
+            coordinatesFrom(settingsValue(parts_.handler.text(), key).value_or(std::string()));
+        if (!place) {
+            writeLog("The settings file has no place for \"" + std::string(key) + "\"");
+            return;
+        }
+        channels.at(channel - 1) = *place;
+    }
+    parts_.grid.place(channels, widgets_.activePorts->currentIndex());
+}

@@ -1,0 +1,120 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QTimer>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+class ButtonHold;
+class ConnectionControls;
+class DeviceLink;
+class LayoutGrid;
+class LayoutSubmission;
+class MouseSettings;
+class QComboBox;
+class QWidget;
+class SettingsFileHandler;
+struct SettingsValues;
+
+/// How one entry of a settings file is applied. Entries below FirstDataLabel are sent to the
+/// switch.
+enum class EntryType {
+    KmControl = 0,
+    UsbControl = 1,
+    MouseMode = 2,
+    LimitPorts = 3,
+    CursorRolling = 4,
+    FirstCustomSetting = 5, ///< 5 to 8: settings 1 to 4
+    FirstResolution = 9,    ///< 9 to 12: channels 1 to 4
+    Grid = 13,
+    Buzzer = 14,
+    FirstDataLabel = 15, ///< 15 to 18: settings 1 to 4
+    LastDataLabel = 18
+};
+
+/// Saves the switch's configuration, as the window shows it, to a text file, and applies such a
+/// file to a switch in two halves, so that the switch can follow.
+class SettingsFile
+{
+public:
+    struct Timing
+    {
+        std::chrono::milliseconds secondPart{2000}; ///< between the two halves of a load
+    };
+
+    struct Widgets
+    {
+        QComboBox *kmControl;
+        QComboBox *usbControl;
+        QComboBox *activePorts;
+        QComboBox *cursorRolling;
+        QComboBox *mouseMode;
+        QList<QWidget *> heldWhileLoading; ///< disabled between the two halves of a load
+    };
+
+    struct Parts
+    {
+        SettingsFileHandler &handler;
+        DeviceLink &link;
+        ConnectionControls &controls;
+        MouseSettings &mouse;
+        LayoutGrid &grid;
+        LayoutSubmission &layout;
+    };
+
+    /// How the user is asked for file names; an empty answer is a cancelled dialog.
+    struct Dialogs
+    {
+        std::function<QString()> saveName;
+        std::function<QString()> openName;
+
+        /// The real ones, over `window`.
+        static Dialogs real(QWidget &window);
+    };
+
+    /// `window` has the slot load_second_part_of_settings(). `kmType` answers the chosen model's
+    /// key, `plainRead` reads the switch back.
+    SettingsFile(QObject &window, Widgets widgets, Parts parts, std::function<std::string()> kmType,
+                 std::function<void()> plainRead, Timing timing, Dialogs dialogs);
+    ~SettingsFile();
+
+    /// Asks for a name and writes the file, whole or not at all.
+    void create();
+    /// Asks for a file and applies its first half; the second follows some time later. Without a
+    /// usable file the switch is read back instead.
+    void load();
+    /// Applies the second half of the loaded file; does nothing when there is none.
+    void loadSecondPart();
+
+    /// Shows `value` in the window without sending anything, then sends it to the switch as it
+    /// stands, unless it is a data label's. The settings handlers are armed and sending is enabled
+    /// afterwards, whatever stood before.
+    void applyEntry(EntryType type, const std::string &value);
+
+private:
+    SettingsValues shownValues() const;
+    std::string shownCoordinates(int channel) const;
+    bool isZen() const;
+    void applyKey(EntryType type, std::string_view key);
+    void applyFirstPart();
+    void applySecondPart();
+    void letGo();
+    void show(EntryType type, const std::string &value);
+    void showMouseMode(const std::string &value);
+    void showLimitPorts(const std::string &value);
+    void showGrid();
+
+    Widgets widgets_;
+    Parts parts_;
+    std::function<std::string()> kmType_;
+    std::function<void()> plainRead_;
+    Timing timing_;
+    Dialogs dialogs_;
+    QTimer secondPart_;
+    std::unique_ptr<ButtonHold> hold_;
+    bool connectedAtLoad_ = false;
+};
