@@ -118,6 +118,13 @@ private Q_SLOTS:
         QVERIFY(s_->bench.isSilent());
     }
 
+    void theExampleInTheUsersDocumentIsWhatIsSaved()
+    {
+        const QByteArray document =
+            SettingsScene::contentsOf(QStringLiteral(PELORA_DOCS "/settings-file.md"));
+        QVERIFY(document.contains("```\n" + QByteArray(exampleText) + "```\n"));
+    }
+
     void inactiveChannelsAreSavedInTheirGreyEncoding()
     {
         s_->activePorts.setCurrentIndex(0);
