@@ -8,18 +8,20 @@
 
 namespace {
 
-const char *const helpText = "state              show the state\n"
-                             "press N            press the front panel's button N (1 to 4)\n"
-                             "fault              show the faults that are on\n"
-                             "fault NAME [VALUE] turn a fault on\n"
-                             "fault NAME off     turn it off; \"fault none\" turns all off\n"
-                             "faults             list all faults there are\n"
-                             "flood N            say N bytes of text at once\n"
-                             "unplug             pull the serial cable\n"
-                             "plug               plug it in again\n"
-                             "reset              restore the factory settings\n"
-                             "help               show this\n"
-                             "quit               end\n";
+const char *const helpText =
+    "state              show the state\n"
+    "press N [UNIT]     press the front panel's button N (1 to 4)\n"
+    "fault              show the faults that are on\n"
+    "fault NAME [VALUE] turn a fault on\n"
+    "fault NAME off     turn it off; \"fault none\" turns all off\n"
+    "faults             list all faults there are\n"
+    "flood N [UNIT]     say N bytes of text at once\n"
+    "unplug             pull the serial cable\n"
+    "plug               plug it in again\n"
+    "reset              restore the factory settings, and modules as at the start\n"
+    "help               show this\n"
+    "quit               end\n"
+    "UNIT is the number of a switch, 1 without it.\n";
 
 std::optional<int> numberFrom(const std::string &text, int lowest, int highest)
 {
@@ -83,21 +85,36 @@ Console::Result Console::obey(const std::string &line)
     return {"there is no command \"" + word + "\"; try help\n"};
 }
 
-std::string Console::press(const std::string &argument)
+SimulatedSwitch *Console::unit(const std::string &argument)
 {
-    const auto channel = numberFrom(argument, 1, 4);
+    const int count = static_cast<int>(simulation_.switchCount());
+    const auto number = argument.empty() ? std::optional<int>(1) : numberFrom(argument, 1, count);
+    return number ? &simulation_.switchAt(static_cast<std::size_t>(*number - 1)) : nullptr;
+}
+
+std::string Console::press(const std::string &arguments)
+{
+    const auto [button, which] = firstWord(arguments);
+    const auto channel = numberFrom(button, 1, 4);
     if (!channel)
         return "press needs a button, 1 to 4\n";
-    simulation_.mainSwitch().press(*channel);
+    SimulatedSwitch *const theSwitch = unit(which);
+    if (theSwitch == nullptr)
+        return "there is no unit \"" + which + "\"\n";
+    theSwitch->press(*channel);
     return {};
 }
 
-std::string Console::flood(const std::string &argument)
+std::string Console::flood(const std::string &arguments)
 {
-    const auto bytes = numberFrom(argument, 1, 30000000);
+    const auto [amount, which] = firstWord(arguments);
+    const auto bytes = numberFrom(amount, 1, 30000000);
     if (!bytes)
         return "flood needs a number of bytes, at most 30000000\n";
-    simulation_.mainSwitch().flood(*bytes);
+    SimulatedSwitch *const theSwitch = unit(which);
+    if (theSwitch == nullptr)
+        return "there is no unit \"" + which + "\"\n";
+    theSwitch->flood(*bytes);
     return {};
 }
 

@@ -2,6 +2,7 @@
 
 #include <string>
 
+class SimulatedSwitch;
 class Simulation;
 
 /// The commands that a person types at the simulator.
@@ -22,8 +23,10 @@ public:
     Result obey(const std::string &line);
 
 private:
-    std::string press(const std::string &argument);
-    std::string flood(const std::string &argument);
+    /// The switch that `argument` numbers, the first for an empty one; null when there is none.
+    SimulatedSwitch *unit(const std::string &argument);
+    std::string press(const std::string &arguments);
+    std::string flood(const std::string &arguments);
     std::string fault(const std::string &argument);
     std::string plug();
     std::string unplug();

@@ -1,123 +1,266 @@
 #include "simulator/options.h"
 
+#include "simulator/module_fleet.h"
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <algorithm>
 #include <stdexcept>
 
 namespace {
 
 /// A mistake on the command line, in words for the user.
-class UsageError : public std::runtime_error
+[[noreturn]] void refuse(const QString &text)
 {
-public:
-    explicit UsageError(const QString &text) : std::runtime_error(text.toStdString()) {}
-};
+    throw std::runtime_error(text.toStdString());
+}
 
-/// The options by name, so that each is written once.
+QCommandLineOption option(const char *name, const char *help, const char *value = nullptr)
+{
+    return {QLatin1String(name), QLatin1String(help),
+            value == nullptr ? QString() : QLatin1String(value)};
+}
+
+/// All options, each written once.
 struct Vocabulary
 {
     QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")},
                             QStringLiteral("Show this help and end.")};
     QCommandLineOption version{{QStringLiteral("v"), QStringLiteral("version")},
                                QStringLiteral("Show the version and end.")};
-    QCommandLineOption link{
-        QStringLiteral("link"),
-        QStringLiteral("serial: put a symbolic link to the virtual port at PATH."),
-        QStringLiteral("PATH")};
-    QCommandLineOption port{
-        QStringLiteral("port"),
-        QStringLiteral("serial: speak on the real serial port NAME (115200 8N1) instead of a "
-                       "virtual one."),
-        QStringLiteral("NAME")};
-    QCommandLineOption fault{QStringLiteral("fault"),
-                             QStringLiteral("Turn a fault on; may be given several times."),
-                             QStringLiteral("NAME[=VALUE]")};
-    QCommandLineOption console{
-        QStringLiteral("console"),
-        QStringLiteral("Read commands from standard input, also when it is no terminal.")};
-    QCommandLineOption printState{
-        QStringLiteral("print-state"),
-        QStringLiteral("Print the state at the start and whenever it changes.")};
-    QCommandLineOption verbose{QStringLiteral("verbose"),
-                               QStringLiteral("Report every command and every answer.")};
-    QCommandLineOption untilStdinCloses{QStringLiteral("until-stdin-closes"),
-                                        QStringLiteral("End when standard input ends.")};
+    QCommandLineOption fault =
+        option("fault", "Turn a fault on; may be given several times.", "NAME[=VALUE]");
+    QCommandLineOption console =
+        option("console", "Read commands from standard input, also when it is no terminal.");
+    QCommandLineOption printState =
+        option("print-state", "Print the state at the start and whenever it changes.");
+    QCommandLineOption verbose = option("verbose", "Report every command and every answer.");
+    QCommandLineOption untilStdinCloses =
+        option("until-stdin-closes", "End when standard input ends.");
 
+    QCommandLineOption link =
+        option("link", "serial: put a symbolic link to the virtual port at PATH.", "PATH");
+    QCommandLineOption port = option(
+        "port", "serial: speak on the real serial port NAME (115200 8N1) instead of a virtual one.",
+        "NAME");
+
+    QCommandLineOption address = option(
+        "address", "module: its IPv4 address; given again for the next module. Default: 127.0.0.1",
+        "ADDRESS");
+    QCommandLineOption mask =
+        option("mask", "module: its subnet mask. Default: 255.255.255.0", "MASK");
+    QCommandLineOption gateway =
+        option("gateway", "module: its gateway. Default: 127.0.0.254", "ADDRESS");
+    QCommandLineOption dhcp = option("dhcp", "module: begins with DHCP instead of static.");
+    QCommandLineOption mac =
+        option("mac", "module: its MAC address. Default: 02:00:00:00:00:01", "MAC");
+    QCommandLineOption name =
+        option("name", "module: its name, at most 16 bytes. Default: PELORA-SIM", "NAME");
+    QCommandLineOption username =
+        option("username", "module: its user name, at most 6 bytes. Default: admin", "TEXT");
+    QCommandLineOption password =
+        option("password", "module: its password, at most 6 bytes. Default: admin", "TEXT");
+    QCommandLineOption fleet =
+        option("fleet", "module: so many of them (1 to 100), each with a switch.", "N");
+    QCommandLineOption managementPort = option(
+        "management-port", "module: UDP port for search, login and setup. Default: 1901", "PORT");
+    QCommandLineOption switchPort =
+        option("switch-port", "module: UDP port for the switch's traffic. Default: 23", "PORT");
+    QCommandLineOption quietGap =
+        option("quiet-gap", "module: pause of the switch that ends a datagram. Default: 50", "MS");
+    QCommandLineOption restartTime = option(
+        "restart-time", "module: how long it is deaf after a new setup. Default: 1000", "MS");
+
+    QList<QCommandLineOption> ofSerial() const { return {link, port}; }
+    QList<QCommandLineOption> ofModule() const
+    {
+        return {address,  mask,  gateway,        dhcp,       mac,      name,       username,
+                password, fleet, managementPort, switchPort, quietGap, restartTime};
+    }
     QList<QCommandLineOption> all() const
     {
-        return {help, version, link, port, fault, console, printState, verbose, untilStdinCloses};
+        return QList<QCommandLineOption>{help,       version, fault,           console,
+                                         printState, verbose, untilStdinCloses} +
+               ofSerial() + ofModule();
     }
 };
 
-void readFaces(const QCommandLineParser &parser, Options &options)
+/// The command line as parsed, with values checked where they are asked for.
+class Reader
 {
-    const QStringList faces = parser.positionalArguments();
-    if (faces.isEmpty())
-        throw UsageError(QStringLiteral("say which face to simulate: serial"));
-    if (faces.size() > 1)
-        throw UsageError(QStringLiteral("unexpected argument \"%1\"").arg(faces.at(1)));
-    if (faces.first() != QLatin1String("serial"))
-        throw UsageError(QStringLiteral("there is no face \"%1\"").arg(faces.first()));
-    options.serial = true;
-}
+public:
+    explicit Reader(const QCommandLineParser &parser) : parser_(parser) {}
 
-QString nonEmpty(const QCommandLineParser &parser, const QCommandLineOption &option)
-{
-    if (!parser.isSet(option))
-        return {};
-    const QString value = parser.value(option);
-    if (value.isEmpty())
-        throw UsageError(QStringLiteral("--%1 needs a value").arg(option.names().first()));
-    return value;
-}
-
-Options optionsFrom(const QCommandLineParser &parser, const Vocabulary &words)
-{
-    Options options;
-    readFaces(parser, options);
-    options.linkPath = nonEmpty(parser, words.link);
-    options.portName = nonEmpty(parser, words.port);
-    if (!options.linkPath.isEmpty() && !options.portName.isEmpty())
-        throw UsageError(QStringLiteral("--link leads to a virtual port and --port is a real one"));
-    const QStringList faults = parser.values(words.fault);
-    for (const QString &fault : faults) {
-        const std::string mistake = setFault(options.faults, fault.toStdString());
-        if (!mistake.empty())
-            throw UsageError(QString::fromStdString(mistake));
+    Options options() const
+    {
+        Options options;
+        readFaces(options);
+        for (const QString &fault : parser_.values(words_.fault)) {
+            const std::string mistake = setFault(options.faults, fault.toStdString());
+            if (!mistake.empty())
+                refuse(QString::fromStdString(mistake));
+        }
+        options.console = parser_.isSet(words_.console);
+        options.printState = parser_.isSet(words_.printState);
+        options.verbose = parser_.isSet(words_.verbose);
+        options.untilStdinCloses = parser_.isSet(words_.untilStdinCloses);
+        return options;
     }
-    options.console = parser.isSet(words.console);
-    options.printState = parser.isSet(words.printState);
-    options.verbose = parser.isSet(words.verbose);
-    options.untilStdinCloses = parser.isSet(words.untilStdinCloses);
-    return options;
-}
+
+private:
+    void readFaces(Options &options) const
+    {
+        const QStringList faces = parser_.positionalArguments();
+        if (faces.isEmpty())
+            refuse(QStringLiteral("say what to simulate: serial, module or all"));
+        if (faces.size() > 1)
+            refuse(QStringLiteral("unexpected argument \"%1\"").arg(faces.at(1)));
+        const QString &face = faces.first();
+        const bool all = face == QLatin1String("all");
+        if (!all && face != QLatin1String("serial") && face != QLatin1String("module"))
+            refuse(QStringLiteral("cannot simulate \"%1\": serial, module or all").arg(face));
+        if (all || face == QLatin1String("serial"))
+            readSerial(options);
+        else
+            requireUnset(words_.ofSerial(), face);
+        if (all || face == QLatin1String("module"))
+            readModules(options);
+        else
+            requireUnset(words_.ofModule(), face);
+    }
+
+    void readSerial(Options &options) const
+    {
+        options.serial = true;
+        options.linkPath = text(words_.link, {});
+        options.portName = text(words_.port, {});
+        if (!options.linkPath.isEmpty() && !options.portName.isEmpty())
+            refuse(QStringLiteral("--link leads to a virtual port, and --port names a real one"));
+    }
+
+    void readModules(Options &options) const
+    {
+        FleetPlan plan;
+        ModuleState &first = plan.first;
+        for (const QString &value : parser_.values(words_.address))
+            plan.addresses.push_back(address(words_.address, value));
+        const int named = std::max(1, static_cast<int>(plan.addresses.size()));
+        plan.size = number(words_.fleet, named, 1, 100);
+        if (parser_.isSet(words_.mask))
+            first.subnetMask = address(words_.mask, parser_.value(words_.mask));
+        if (parser_.isSet(words_.gateway))
+            first.gateway = address(words_.gateway, parser_.value(words_.gateway));
+        if (parser_.isSet(words_.mac)) {
+            const auto mac = macFrom(parser_.value(words_.mac).toStdString());
+            if (!mac)
+                refuse(QStringLiteral("--mac needs a MAC address such as 02:00:00:00:00:01"));
+            first.mac = *mac;
+        }
+        first.dhcp = parser_.isSet(words_.dhcp);
+        first.name = shortText(words_.name, first.name, 16);
+        first.username = shortText(words_.username, first.username, 6);
+        first.password = shortText(words_.password, first.password, 6);
+        options.modules = modulesOf(plan);
+
+        NetworkSettings &network = options.network;
+        const auto port = [this](const QCommandLineOption &option, quint16 preset) {
+            return static_cast<quint16>(number(option, preset, 1, 65535));
+        };
+        const auto time = [this](const QCommandLineOption &option,
+                                 std::chrono::milliseconds preset) {
+            return std::chrono::milliseconds(
+                number(option, static_cast<int>(preset.count()), 0, 3600000));
+        };
+        network.managementPort = port(words_.managementPort, network.managementPort);
+        network.switchPort = port(words_.switchPort, network.switchPort);
+        network.quietGap = time(words_.quietGap, network.quietGap);
+        network.restartTime = time(words_.restartTime, network.restartTime);
+        if (network.managementPort == network.switchPort)
+            refuse(QStringLiteral("--management-port and --switch-port must differ"));
+    }
+
+    void requireUnset(const QList<QCommandLineOption> &options, const QString &face) const
+    {
+        for (const QCommandLineOption &option : options)
+            if (parser_.isSet(option))
+                refuse(QStringLiteral("--%1 means nothing to %2").arg(nameOf(option), face));
+    }
+
+    QString text(const QCommandLineOption &option, const QString &preset) const
+    {
+        if (!parser_.isSet(option))
+            return preset;
+        if (parser_.value(option).isEmpty())
+            refuse(QStringLiteral("--%1 needs a value").arg(nameOf(option)));
+        return parser_.value(option);
+    }
+
+    std::string shortText(const QCommandLineOption &option, const std::string &preset,
+                          std::size_t longest) const
+    {
+        const std::string value = text(option, QString::fromStdString(preset)).toStdString();
+        if (value.size() > longest)
+            refuse(QStringLiteral("--%1 takes at most %2 bytes").arg(nameOf(option)).arg(longest));
+        return value;
+    }
+
+    int number(const QCommandLineOption &option, int preset, int lowest, int highest) const
+    {
+        if (!parser_.isSet(option))
+            return preset;
+        bool isNumber = false;
+        const int value = parser_.value(option).toInt(&isNumber);
+        if (!isNumber || value < lowest || value > highest)
+            refuse(QStringLiteral("--%1 needs a number from %2 to %3")
+                       .arg(nameOf(option))
+                       .arg(lowest)
+                       .arg(highest));
+        return value;
+    }
+
+    Ipv4 address(const QCommandLineOption &option, const QString &value) const
+    {
+        const auto address = ipv4From(value.toStdString());
+        if (!address)
+            refuse(QStringLiteral("--%1 needs an IPv4 address, not \"%2\"")
+                       .arg(nameOf(option), value));
+        return *address;
+    }
+
+    static QString nameOf(const QCommandLineOption &option) { return option.names().last(); }
+
+    const QCommandLineParser &parser_;
+    const Vocabulary words_;
+};
 
 } // namespace
 
 std::variant<Options, EarlyEnd> readOptions(const QStringList &arguments)
 {
-    const Vocabulary words;
     QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("A simulated keyboard-and-mouse switch on a virtual serial port."));
-    parser.addPositionalArgument(QStringLiteral("face"), QStringLiteral("serial"));
-    parser.addOptions(words.all());
+    parser.setApplicationDescription(QStringLiteral(
+        "A simulated keyboard-and-mouse switch, on a virtual serial port and behind simulated "
+        "network modules."));
+    parser.addPositionalArgument(QStringLiteral("FACE"),
+                                 QStringLiteral("serial, module, or all for both on one switch"));
+    parser.addOptions(Vocabulary().all());
 
-    const QString hint = QStringLiteral("Try pelora-simulator --help.\n");
+    const auto mistake = [](const QString &text) {
+        return EarlyEnd{
+            QStringLiteral("pelora-simulator: %1\nTry pelora-simulator --help.\n").arg(text), 2};
+    };
     if (!parser.parse(arguments))
-        return EarlyEnd{QStringLiteral("pelora-simulator: %1\n%2").arg(parser.errorText(), hint),
-                        2};
-    if (parser.isSet(words.help))
+        return mistake(parser.errorText());
+    if (parser.isSet(QStringLiteral("help")))
         return EarlyEnd{QStringLiteral("%1\nFaults:\n%2")
                             .arg(parser.helpText(), QString::fromStdString(faultHelp())),
                         0};
-    if (parser.isSet(words.version))
+    if (parser.isSet(QStringLiteral("version")))
         return EarlyEnd{
             QStringLiteral("pelora-simulator %1\n").arg(QCoreApplication::applicationVersion()), 0};
     try {
-        return optionsFrom(parser, words);
-    } catch (const UsageError &error) {
-        return EarlyEnd{
-            QStringLiteral("pelora-simulator: %1\n%2").arg(QLatin1String(error.what()), hint), 2};
+        return Reader(parser).options();
+    } catch (const std::exception &error) {
+        return mistake(QString::fromUtf8(error.what()));
     }
 }

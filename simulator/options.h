@@ -1,10 +1,13 @@
 #pragma once
 
 #include "simulator/fault_settings.h"
+#include "simulator/module_state.h"
+#include "simulator/network_settings.h"
 
 #include <QString>
 #include <QStringList>
 #include <variant>
+#include <vector>
 
 /// What the command line asks for.
 struct Options
@@ -12,6 +15,9 @@ struct Options
     bool serial = false; ///< the serial face
     QString linkPath;    ///< symbolic link to the virtual port; empty: none
     QString portName;    ///< a real port instead of a virtual one; empty: virtual
+
+    std::vector<ModuleState> modules; ///< the network face; empty: none
+    NetworkSettings network;
 
     Faults faults;
 

@@ -34,7 +34,7 @@ public:
     /// How many bytes the other end has not made room for yet.
     qsizetype backlog() const { return pending_.size() - sent_; }
 
-    static constexpr qsizetype longestBacklog = 32 * 1024 * 1024;
+    static constexpr qsizetype longestBacklog = qsizetype{32} * 1024 * 1024;
 
 Q_SIGNALS:
     void received(const QByteArray &bytes);

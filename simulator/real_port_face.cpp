@@ -33,7 +33,7 @@ void RealPortFace::unplug()
 
 void RealPortFace::put(const QByteArray &bytes)
 {
-    constexpr qint64 longestBacklog = 32 * 1024 * 1024;
+    constexpr qint64 longestBacklog = qint64{32} * 1024 * 1024;
     if (port_.isOpen() && port_.bytesToWrite() + bytes.size() <= longestBacklog)
         port_.write(bytes);
 }

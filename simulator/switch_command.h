@@ -1,5 +1,6 @@
 #pragma once
 
+#include "simulator/rejection.h"
 #include "simulator/switch_state.h"
 
 #include <array>
@@ -34,12 +35,6 @@ struct SwitchCommand
     int value = 0;
     std::array<int, 4> layout{};
     CustomSetting custom{};
-};
-
-/// Why a command was not obeyed, in words for the person at the simulator.
-struct Rejection
-{
-    std::string reason;
 };
 
 /// Reads one command without its carriage return. Strict: nothing before the slashes, single blanks

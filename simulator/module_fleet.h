@@ -1,0 +1,22 @@
+#pragma once
+
+#include "simulator/module_state.h"
+
+#include <vector>
+
+/// What several modules have in common, and where they differ.
+struct FleetPlan
+{
+    int size = 1; ///< 1 to 100
+    /// The first module; the others count up from it: the last octet of the MAC address (past FF
+    /// it goes on at 00) and of the network address, and a name with "-2", "-3" ... behind it, cut
+    /// before that where it would pass 16 bytes.
+    ModuleState first;
+    /// Addresses of the first modules; the modules beyond count up from the last of them. Empty:
+    /// from the first module's own.
+    std::vector<Ipv4> addresses;
+};
+
+/// The modules in order. Throws std::runtime_error with a text for the user when there are more
+/// addresses than modules, or when counting up passes the last octet 254.
+std::vector<ModuleState> modulesOf(const FleetPlan &plan);
