@@ -1,5 +1,7 @@
 #include "simulator/network_face.h"
 
+#include "simulator/udp_source.h"
+
 #include <QTimer>
 #include <stdexcept>
 
@@ -112,15 +114,10 @@ void NetworkFace::answer(const Module &module, const ModuleOutcome &outcome,
     std::chrono::milliseconds due{0};
     for (const ModuleAnswer &part : outcome.answers) {
         due += part.wait;
-        QNetworkDatagram datagram(part.datagram, request.senderAddress(),
-                                  static_cast<quint16>(request.senderPort()));
-        QNetworkDatagram fromOwnAddress = datagram;
-        fromOwnAddress.setSender(hostAddress(module.model.state().address()),
-                                 settings_.managementPort);
-        const auto send = [this, datagram, fromOwnAddress] {
-            // Fails when the machine does not have the module's address.
-            if (management_.writeDatagram(fromOwnAddress) < 0)
-                management_.writeDatagram(datagram);
+        const auto send = [this, part, request,
+                           source = hostAddress(module.model.state().address())] {
+            sendFrom(management_, source, part.datagram, request.senderAddress(),
+                     static_cast<quint16>(request.senderPort()));
         };
         if (due.count() == 0)
             send();

@@ -1,5 +1,7 @@
 #include "simulator/switch_traffic.h"
 
+#include "simulator/udp_source.h"
+
 #include <QNetworkDatagram>
 
 using namespace std::chrono_literals;
@@ -72,13 +74,10 @@ void SwitchTraffic::sendNext()
 {
     if (outgoing_.empty())
         return;
-    QNetworkDatagram datagram(outgoing_.front(), peer_, peerPort_);
-    outgoing_.pop_front();
     // The asker listens to the address that it sent to, and to no other of this machine.
-    if (!ownAddress_.isNull())
-        datagram.setSender(ownAddress_, port_);
     if (socket_)
-        socket_->writeDatagram(datagram);
+        sendFrom(*socket_, ownAddress_, outgoing_.front(), peer_, peerPort_);
+    outgoing_.pop_front();
     if (!outgoing_.empty())
         sending_.start();
 }
