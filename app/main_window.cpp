@@ -59,6 +59,19 @@ GeneralSettings::Widgets generalWidgets(const Form &form)
             form.comboBox_Select_active_port, form.comboBox_Enable_or_Disable_Cursor_Roll};
 }
 
+SettingsFile::Widgets settingsFileWidgets(const Form &form)
+{
+    return {form.comboBox_KM_Control,
+            form.comboBox_USB_Control,
+            form.comboBox_Select_active_port,
+            form.comboBox_Enable_or_Disable_Cursor_Roll,
+            form.comboBox_Select_Display_Mode,
+            {form.pushButton_Load_Settings_File, form.pushButton_Create_Settings_File,
+             form.pushButton_Refresh, form.pushButtonSubmit,
+             form.pushButton_Submit_Custom_Mouse_Movement_Settings, form.pushButton_Soft_Reset,
+             form.pushButton_Factory_Reset}};
+}
+
 ReplyApplication::Widgets replyWidgets(const Form &form)
 {
     return {form.label_Current_Hotkey_Trigger_Data,
@@ -75,8 +88,9 @@ constexpr QSize refreshIconSize(25, 25);
 enum Page { configurationPage, mousePage, layoutPage };
 } // namespace
 
-KM_Configuration_Tool_Norvik::KM_Configuration_Tool_Norvik(QWidget *parent,
-                                                           const WindowSettings &settings)
+KM_Configuration_Tool_Norvik::KM_Configuration_Tool_Norvik(
+    QWidget *parent, const WindowSettings &settings,
+    const std::optional<SettingsFile::Dialogs> &fileDialogs)
     : QMainWindow(parent), ui_(makeForm(*this)),
       pages_(*ui_->stackedWidget, {ui_->ConfigurationBtn, ui_->pushButton_Mouse_Speed_Settings,
                                    ui_->TopologyAndDisplayBtn}),
@@ -99,7 +113,12 @@ KM_Configuration_Tool_Norvik::KM_Configuration_Tool_Norvik(QWidget *parent,
       readBack_(*this,
                 {link_, exchange_, controls_, terminal_, mouse_, layout_, replies_,
                  *ui_->pushButton_Refresh},
-                settings.readBack)
+                settings.readBack),
+      settingsFile_(
+          *this, settingsFileWidgets(*ui_),
+          {settingsFileHandler, link_, controls_, mouse_, grid_, layout_},
+          [this] { return kmType; }, [this] { readBack_.readPlainly(); }, settings.settingsFile,
+          fileDialogs ? *fileDialogs : SettingsFile::Dialogs::real(*this))
 {
     dressWindow(*this, windowSize);
     setFocusPolicy(Qt::StrongFocus);
@@ -198,11 +217,20 @@ void KM_Configuration_Tool_Norvik::on_ConfigurationBtn_clicked()
     pages_.showPage(configurationPage);
 }
 
-void KM_Configuration_Tool_Norvik::on_pushButton_Create_Settings_File_clicked() {}
+void KM_Configuration_Tool_Norvik::on_pushButton_Create_Settings_File_clicked()
+{
+    settingsFile_.create();
+}
 
-void KM_Configuration_Tool_Norvik::on_pushButton_Load_Settings_File_clicked() {}
+void KM_Configuration_Tool_Norvik::on_pushButton_Load_Settings_File_clicked()
+{
+    settingsFile_.load();
+}
 
-void KM_Configuration_Tool_Norvik::load_second_part_of_settings() {}
+void KM_Configuration_Tool_Norvik::load_second_part_of_settings()
+{
+    settingsFile_.loadSecondPart();
+}
 
 void KM_Configuration_Tool_Norvik::on_pushButton_Refresh_clicked()
 {

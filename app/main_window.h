@@ -14,9 +14,13 @@
 #include "protocol/general_settings.h"
 #include "protocol/read_back.h"
 #include "protocol/reply_application.h"
+#include "settingsfile/settings_file.h"
+#include "settingsfile/settings_file_handler.h"
 
 #include <QMainWindow>
 #include <memory>
+#include <optional>
+#include <string>
 
 namespace Ui {
 class TRQ_Mobile_Setter_UI;
@@ -31,6 +35,7 @@ struct WindowSettings
     ReadBack::Timing readBack;
     GeneralSettings::Timing generalSettings;
     MouseSettings::Timing mouse;
+    SettingsFile::Timing settingsFile;
 };
 
 /// The main window: owns the form and one object per subsystem. Its slots are doors that hand over
@@ -40,8 +45,10 @@ class KM_Configuration_Tool_Norvik : public QMainWindow
     Q_OBJECT
 
 public:
-    explicit KM_Configuration_Tool_Norvik(QWidget *parent = nullptr,
-                                          const WindowSettings &settings = {});
+    /// `fileDialogs` stands for the real file dialogs where it is given.
+    explicit KM_Configuration_Tool_Norvik(
+        QWidget *parent = nullptr, const WindowSettings &settings = {},
+        const std::optional<SettingsFile::Dialogs> &fileDialogs = std::nullopt);
     ~KM_Configuration_Tool_Norvik() override;
 
 public Q_SLOTS:
@@ -89,7 +96,10 @@ public Q_SLOTS:
 private:
     void connectSubsystems();
 
+    std::string kmType = "orca"; ///< key of the switch's model
+
     // In the order of construction: each object gets only those above it.
+    SettingsFileHandler settingsFileHandler;
     Select_connection_method_Dialog connectionMethodDialog;
     std::unique_ptr<Ui::TRQ_Mobile_Setter_UI> ui_;
     PageNavigation pages_;
@@ -105,4 +115,5 @@ private:
     GeneralSettings generalSettings_;
     ReplyApplication replies_;
     ReadBack readBack_;
+    SettingsFile settingsFile_;
 };
