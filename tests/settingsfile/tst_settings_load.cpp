@@ -385,6 +385,21 @@ private Q_SLOTS:
         QVERIFY(!s_->bench.beepOff().isEnabled());
     }
 
+    void whileAnEntryIsShownNothingCanBeSent()
+    {
+        s_->bench.controls().setHandlersArmed(true);
+        bool armed = true;
+        bool sendEnabled = true;
+        connect(&s_->kmControl, &QComboBox::currentIndexChanged, &s_->window, [&] {
+            armed = s_->bench.controls().areHandlersArmed();
+            sendEnabled = s_->bench.link().isSendEnabled();
+        });
+        s_->file.applyEntry(EntryType::KmControl, "//c2");
+        QCOMPARE(s_->kmControl.currentIndex(), 1);
+        QVERIFY(!armed);
+        QVERIFY(!sendEnabled);
+    }
+
     void anEntryLeavesSendingEnabledAndHandlersArmed()
     {
         for (int type = 0; type <= 19; ++type) {
