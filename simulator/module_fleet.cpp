@@ -39,6 +39,9 @@ std::vector<ModuleState> modulesOf(const FleetPlan &plan)
         ModuleState module = plan.first;
         module.staticAddress = addressOf(plan, i);
         module.leasedAddress = module.staticAddress;
+        module.gateway = plan.gateway.value_or(module.staticAddress);
+        if (!plan.gateway)
+            module.gateway[3] = 254;
         module.mac[5] = static_cast<std::uint8_t>(module.mac[5] + i);
         module.name = nameOf(plan.first.name, i);
         modules.push_back(module);

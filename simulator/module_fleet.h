@@ -2,6 +2,7 @@
 
 #include "simulator/module_state.h"
 
+#include <optional>
 #include <vector>
 
 /// What several modules have in common, and where they differ.
@@ -15,6 +16,8 @@ struct FleetPlan
     /// Addresses of the first modules; the modules beyond count up from the last of them. Empty:
     /// from the first module's own.
     std::vector<Ipv4> addresses;
+    /// The gateway of all; without one, each module's own address with the last octet 254.
+    std::optional<Ipv4> gateway;
 };
 
 /// The modules in order. Throws std::runtime_error with a text for the user when there are more

@@ -50,7 +50,7 @@ struct Vocabulary
     QCommandLineOption mask =
         option("mask", "module: its subnet mask. Default: 255.255.255.0", "MASK");
     QCommandLineOption gateway =
-        option("gateway", "module: its gateway. Default: 127.0.0.254", "ADDRESS");
+        option("gateway", "module: its gateway. Default: its address, ending in 254", "ADDRESS");
     QCommandLineOption dhcp = option("dhcp", "module: begins with DHCP instead of static.");
     QCommandLineOption mac =
         option("mac", "module: its MAC address. Default: 02:00:00:00:00:01", "MAC");
@@ -149,7 +149,7 @@ private:
         if (parser_.isSet(words_.mask))
             first.subnetMask = address(words_.mask, parser_.value(words_.mask));
         if (parser_.isSet(words_.gateway))
-            first.gateway = address(words_.gateway, parser_.value(words_.gateway));
+            plan.gateway = address(words_.gateway, parser_.value(words_.gateway));
         if (parser_.isSet(words_.mac)) {
             const auto mac = macFrom(parser_.value(words_.mac).toStdString());
             if (!mac)

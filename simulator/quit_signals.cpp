@@ -37,8 +37,12 @@ QuitSignals::QuitSignals(QObject *parent) : QObject(parent)
     struct sigaction action = {};
     action.sa_handler = onSignal;
     action.sa_flags = SA_RESTART;
-    for (const int number : {SIGINT, SIGTERM, SIGHUP})
+    for (const int number : {SIGINT, SIGTERM})
         ::sigaction(number, &action, nullptr);
+    struct sigaction before = {};
+    ::sigaction(SIGHUP, nullptr, &before);
+    if (before.sa_handler != SIG_IGN) // as nohup asks for
+        ::sigaction(SIGHUP, &action, nullptr);
     // A reader of our output that goes away must not take the symbolic link's removal with it.
     std::signal(SIGPIPE, SIG_IGN);
 #endif

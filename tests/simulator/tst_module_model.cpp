@@ -304,6 +304,8 @@ private Q_SLOTS:
         plan.addresses = {{192, 0, 2, 7}, {10, 0, 0, 1}};
         const auto modules = modulesOf(plan);
         QCOMPARE(toText(modules[0].address()), std::string("192.0.2.7"));
+        QCOMPARE(toText(modules[0].gateway), std::string("192.0.2.254"));
+        QCOMPARE(toText(modules[1].gateway), std::string("10.0.0.254"));
         QCOMPARE(toText(modules[1].address()), std::string("10.0.0.1"));
         QCOMPARE(toText(modules[3].address()), std::string("10.0.0.3"));
         QCOMPARE(modules[1].name, std::string("SIXTEEN-BYTES--2"));
