@@ -43,10 +43,25 @@ function(pelora_core_sources)
   endforeach()
 endfunction()
 
+# pelora_form_users(<form> <source>...): the sources include the form's generated header. Without this
+# they would be compiled anew only by the build after the one that finds the form changed.
+function(pelora_form_users form)
+  set_property(SOURCE ${ARGN} APPEND PROPERTY OBJECT_DEPENDS ${PROJECT_SOURCE_DIR}/app/forms/${form})
+endfunction()
+
 # pelora_room(<room> SOURCES <file>... LINK <target>...): the library of one room, pelora_<room>.
+# A form among the sources is that of the room's sources whose names begin as its own.
 function(pelora_room room)
   cmake_parse_arguments(ROOM "" "" "SOURCES;LINK" ${ARGN})
   add_library(pelora_${room} STATIC ${ROOM_SOURCES})
+  foreach(form IN LISTS ROOM_SOURCES)
+    if(form MATCHES "/([a-z_]+)[.]ui$")
+      set(users ${ROOM_SOURCES})
+      list(FILTER users INCLUDE REGEX "^${CMAKE_MATCH_1}.*[.]cpp$")
+      cmake_path(GET form FILENAME form)
+      pelora_form_users(${form} ${users})
+    endif()
+  endforeach()
   target_link_libraries(pelora_${room} PUBLIC pelora_core ${ROOM_LINK})
   pelora_product(pelora_${room})
 endfunction()
