@@ -10,6 +10,9 @@
 #include "usr/credentials_dialog.h"
 #include "usr/ip_settings_dialog.h"
 
+#include <QDialogButtonBox>
+#include <QFile>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -47,9 +50,28 @@ void meetDialogs(Walker &walker, const bool &byNetwork)
         walker.picture(dialog, QStringLiteral("admin-settings"));
         dialog.close();
     });
+    dialogs.on<QFileDialog>([&walker](QFileDialog &dialog) {
+        Walker::child<QLineEdit>(dialog, "fileNameEdit")
+            .setText(walker.folder().filePath(QStringLiteral("settings.txt")));
+        const bool saving = dialog.acceptMode() == QFileDialog::AcceptSave;
+        walker.picture(dialog, saving ? QStringLiteral("save-file") : QStringLiteral("load-file"));
+        auto &buttons = Walker::child<QDialogButtonBox>(dialog, "buttonBox");
+        auto *button = buttons.button(saving ? QDialogButtonBox::Save : QDialogButtonBox::Open);
+        walker.expect("the file dialog's button can be pressed", button && button->isEnabled());
+        QTest::mouseClick(button, Qt::LeftButton);
+    });
     dialogs.on<Yes_No_Dialog>([&walker](Yes_No_Dialog &dialog) {
         walker.answer(dialog, QStringLiteral("factory-reset"), "pushButton_OK");
     });
+}
+
+/// The last state that the simulator has printed, for comparing.
+QString switchState(Walker &walker)
+{
+    QFile log(walker.folder().filePath(QStringLiteral("simulator.log")));
+    walker.expect("the simulator's log can be read", log.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(log.readAll()).trimmed();
+    return text.section(QStringLiteral("\n\n"), -1);
 }
 
 void waitForReading(Walker &walker)
@@ -113,6 +135,100 @@ void resetToFactory(Walker &walker)
     waitForReading(walker);
 }
 
+/// Four custom settings, one of them chosen for channel 1.
+void setMouseSpeed(Walker &walker)
+{
+    walker.click("pushButton_Mouse_Speed_Settings");
+    const struct
+    {
+        const char *name, *x, *y, *stored;
+    } settings[] = {{"OFFICE", "100", "250", "100 250 OFFICE"},
+                    {"DESK", "120", "80", "120 080 DESK"},
+                    {"WALL", "300", "300", "300 300 WALL"},
+                    {"TABLET", "45", "60", "045 060 TABLET"}};
+    for (int k = 0; k < 4; ++k) {
+        walker.choose("comboBox_number_of_setting", k);
+        walker.type("lineEdit_Mouse_Movement_Name", QString::fromLatin1(settings[k].name));
+        walker.type("lineEdit_Mouse_Movement_X", QString::fromLatin1(settings[k].x));
+        walker.type("lineEdit_Mouse_Movement_Y", QString::fromLatin1(settings[k].y));
+        walker.click("pushButton_Submit_Custom_Mouse_Movement_Settings");
+        const QByteArray label = "label_Custom_" + QByteArray::number(k + 1);
+        walker.waitUntil("the switch reports the custom setting", [&] {
+            return walker.find<QLabel>(label.constData()).text() ==
+                   QString::fromLatin1(settings[k].stored);
+        });
+    }
+    walker.choose("comboBox_mouse_movement_resolution_setting_1", 9);
+    walker.choose("comboBox_mouse_movement_resolution_setting_2", 2);
+    walker.expect(
+        "custom setting 1 is chosen for channel 1",
+        walker.find<QComboBox>("comboBox_mouse_movement_resolution_setting_1").currentText() ==
+            QStringLiteral("OFFICE"));
+    walker.picture(walker.window(), QStringLiteral("mouse-speed"));
+}
+
+/// The displays in a square, moved with the keyboard, and sent.
+void arrangeLayout(Walker &walker)
+{
+    walker.click("TopologyAndDisplayBtn");
+    auto &grid = walker.find<QTableWidget>("tableWidget");
+    grid.setFocus();
+    const struct
+    {
+        int row, column;
+        Qt::Key direction;
+    } moves[] = {
+        {0, 3, Qt::Key_Down}, {1, 3, Qt::Key_Left}, {0, 0, Qt::Key_Down}, {1, 0, Qt::Key_Right}};
+    for (const auto &move : moves) {
+        grid.setCurrentCell(move.row, move.column);
+        QTest::keyClick(&grid, move.direction, Qt::ControlModifier);
+        walker.expect("the display has left its cell", !grid.item(move.row, move.column));
+    }
+    walker.click("pushButtonSubmit");
+    walker.waitForNotice(QStringLiteral("Display topology has been updated"));
+    walker.waitUntil("the switch has taken the layout", [&] {
+        return switchState(walker).contains(QStringLiteral("Layout: 06 02 03 07"));
+    });
+    QTest::qWait(1300); // the switch's report is loaded a second after it was announced
+    walker.expect("the grid shows it", grid.item(1, 2) && grid.item(1, 1));
+}
+
+void showInactiveChannels(Walker &walker)
+{
+    walker.click("ConfigurationBtn");
+    walker.choose("comboBox_Select_active_port", 0);
+    walker.click("TopologyAndDisplayBtn");
+    walker.expect("channel 3 is inactive", walker.find<QTableWidget>("tableWidget")
+                                               .item(0, 2)
+                                               ->text()
+                                               .contains(QStringLiteral("INACTIVE")));
+    walker.picture(walker.window(), QStringLiteral("layout"));
+    walker.click("ConfigurationBtn");
+    walker.choose("comboBox_Select_active_port", 2);
+}
+
+/// Save, reset, load: the switch is as before the reset.
+void carryInAFile(Walker &walker)
+{
+    walker.waitUntil("four ports are active again", [&] {
+        return switchState(walker).contains(QStringLiteral("Active ports: 4"));
+    });
+    const QString before = switchState(walker);
+    QFile::remove(walker.folder().filePath(QStringLiteral("settings.txt")));
+    walker.click("pushButton_Create_Settings_File");
+    walker.waitForNotice(QStringLiteral("File saved"));
+    resetToFactory(walker);
+    walker.expect("the reset changed the switch", switchState(walker) != before);
+    walker.click("pushButton_Load_Settings_File");
+    walker.waitForNotice(QStringLiteral("Settings file applied"));
+    walker.waitUntil("the switch is as it was before the reset",
+                     [&] { return switchState(walker) == before; });
+    walker.tell("the switch after save, reset and load", QStringLiteral("as before the reset"));
+    walker.click("pushButton_Mouse_Speed_Settings");
+    walker.picture(walker.window(), QStringLiteral("loaded"));
+    walker.click("ConfigurationBtn");
+}
+
 void connectByNetwork(Walker &walker)
 {
     walker.click("pushButton_Connection_Settings");
@@ -150,10 +266,15 @@ int walk(const QDir &pictures, bool network)
     tellConfiguration(walker);
     changeConfiguration(walker);
     resetToFactory(walker);
+    setMouseSpeed(walker);
+    arrangeLayout(walker);
+    showInactiveChannels(walker);
+    carryInAFile(walker);
     disconnect(walker);
     if (network) {
         byNetwork = true;
         connectByNetwork(walker);
+        carryInAFile(walker);
     }
     return 0;
 }

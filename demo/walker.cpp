@@ -62,6 +62,14 @@ void Walker::waitUntil(const char *what, const std::function<bool()> &seen)
         fail("waited in vain: ", what);
 }
 
+void Walker::waitForNotice(const QString &text)
+{
+    waitUntil("a notice", [this] { return dialogs_.seen().size() > noticesAwaited_; });
+    const QString seen = dialogs_.seen().at(noticesAwaited_++).text;
+    tell("notice", seen);
+    expect("the notice says what was awaited", seen == text);
+}
+
 void Walker::expect(const char *what, bool holds)
 {
     if (!holds)

@@ -31,6 +31,8 @@ public:
 
     /// Waits until `seen` is true, at most ten seconds.
     void waitUntil(const char *what, const std::function<bool()> &seen);
+    /// Waits until a notice with `text` has come, after those that were waited for before.
+    void waitForNotice(const QString &text);
     void expect(const char *what, bool holds);
 
     /// Prints "name: value" as the window shows it.
@@ -56,10 +58,12 @@ public:
     void setWindow(KM_Configuration_Tool_Norvik &window) { window_ = &window; }
     KM_Configuration_Tool_Norvik &window() { return *window_; }
     DialogRecorder &dialogs() { return dialogs_; }
+    const QDir &folder() const { return pictures_; }
 
 private:
     QDir pictures_;
     KM_Configuration_Tool_Norvik *window_ = nullptr;
     DialogRecorder dialogs_;
     int pictureNumber_ = 0;
+    qsizetype noticesAwaited_ = 0;
 };
