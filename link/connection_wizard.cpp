@@ -5,7 +5,6 @@
 #include "link/initial_exchange.h"
 #include "link/select_connection_method_dialog.h"
 #include "link/select_hardware_dialog.h"
-#include "link/serial_ports.h"
 #include "log/notices.h"
 #include "usr/change_setting_for_usr_dialog.h"
 #include "usr/credentials_dialog.h"
@@ -97,7 +96,7 @@ bool ConnectionWizard::logIn(const QString &address)
 
 void ConnectionWizard::connectBySerialPort()
 {
-    const QStringList names = serialPortNames();
+    const QStringList names = settings_.portNames();
     if (names.isEmpty())
         warnAndExit(QStringLiteral("No available port"));
     {

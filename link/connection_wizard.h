@@ -1,10 +1,12 @@
 #pragma once
 
+#include "link/serial_ports.h"
 #include "usr/ip_settings_dialog.h"
 #include "usr/usr_searcher.h"
 
 #include <QList>
 #include <QObject>
+#include <functional>
 #include <memory>
 
 class ConnectionControls;
@@ -35,6 +37,7 @@ public:
     {
         UsrNetwork network;
         IpSettingsTiming ipSettings;
+        std::function<QStringList()> portNames = serialPortNames;
     };
 
     ConnectionWizard(QWidget &window, Widgets widgets, Select_connection_method_Dialog &method,
