@@ -23,7 +23,7 @@ set(CMAKE_AUTOUIC ON)
 set(CMAKE_AUTOUIC_SEARCH_PATHS ${PROJECT_SOURCE_DIR}/app/forms)
 
 if(PELORA_CLANG_TIDY)
-  find_program(PELORA_CLANG_TIDY_EXECUTABLE NAMES clang-tidy REQUIRED)
+  find_program(PELORA_CLANG_TIDY_EXECUTABLE NAMES clang-tidy-14 clang-tidy REQUIRED)
   # Generated sources lie below the build folder: one harmless check there, the real ones here.
   file(WRITE ${PROJECT_BINARY_DIR}/.clang-tidy "Checks: '-*,misc-definitions-in-headers'\n")
 endif()
