@@ -275,6 +275,7 @@ int walk(const QDir &pictures, bool network)
         byNetwork = true;
         connectByNetwork(walker);
         carryInAFile(walker);
+        disconnect(walker);
     }
     return 0;
 }

@@ -37,9 +37,10 @@ void DeviceLink::openSerialLink(const std::string &portName)
 {
     guarded("Connection to serial port error", [&] {
         if (serialOpenCount > 0) {
+            --serialOpenCount;
+            serialPort->disconnect(this); // a port that fails while it closes is no broken link
             serialPort->close();
             serialPort.reset();
-            --serialOpenCount;
         }
         closeNetworkLink();
         ++linkNumber_;
@@ -94,6 +95,7 @@ void DeviceLink::closeSerialLink()
         controls_.disableSettingsCombos();
         serialOpenCount = 0; // a port that failed to open never counted, so this may not go below
         ++linkNumber_;
+        serialPort->disconnect(this);
         serialPort->close();
         serialPort.reset();
     });
