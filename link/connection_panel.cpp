@@ -17,6 +17,7 @@ ConnectionPanel::ConnectionPanel(QObject &window, DeviceLink &link, ConnectionCo
 
 void ConnectionPanel::switchOn()
 {
+    Q_EMIT startingOver();
     if (link_.isTcpIpSelected()) {
         link_.openNetworkLink();
         watchedLinks_.push_back(link_.linkNumber());

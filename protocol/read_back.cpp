@@ -222,7 +222,8 @@ void ReadBack::askForEverything()
 
 void ReadBack::startOver()
 {
-    receiveBuffer.clear();
+    forgetBuffer();
+    horizontalDimensionSaved = false; // the layout that was to follow went with the former link
     handshakeTail_.clear();
     decoder_.resetState();
     parts_.mouse.trimCustomEntries();

@@ -261,6 +261,22 @@ private Q_SLOTS:
         QVERIFY(n.user.seen().isEmpty());
     }
 
+    void aLayoutThatNeverCameBackDoesNotSpoilTheNextConnection()
+    {
+        NetworkWindow n;
+        n.start();
+        QTRY_COMPARE(n.find("comboBox_KM_Control")->currentIndex(), 1);
+        n.answers.clear();
+        n.commands.clear();
+        n.say("Saving horizontal dimension as 4\n");
+        QTRY_COMPARE(n.commands, QList<QByteArray>{"//BP\r"});
+        n.find<QPushButton>("pushButton_OFF_Connection")->click();
+        n.answers = {QByteArray(answer).replace("KM Control: 2", "KM Control: 4")};
+        n.find<QPushButton>("pushButton_ON_Connection")->click();
+        QTRY_COMPARE(n.find("comboBox_KM_Control")->currentIndex(), 3);
+        QCOMPARE(n.find("comboBox_mouse_movement_resolution_setting_1")->count(), 13);
+    }
+
     void aRefusedLoginIsAskedAgainWithEmptyFields()
     {
         NetworkWindow n;
