@@ -60,7 +60,7 @@ void ReadBack::takeOver()
     statusReply = received;
     parts_.exchange.statusReplyTaken();
     configurationReply = received;
-    parts_.exchange.bpReplyTaken();
+    parts_.exchange.bpReplyTaken(); // deliberate, here as below: "//rl" stays awaited to the end
     layoutReply = replyValue(received, "//FF");
     parts_.exchange.bpReplyTaken();
     const bool applied = applyConfiguration();

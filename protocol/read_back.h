@@ -71,7 +71,6 @@ public:
     void unlockRefresh();
 
     bool isConfigurationLoaded() const { return configurationLoaded; }
-    int failedApplies() const { return readRetryCount; }
 
 private:
     bool deviceAnswered(const QString &chunk);
