@@ -36,13 +36,6 @@ function(pelora_product target)
   endif()
 endfunction()
 
-# pelora_core_sources(<file>...): add pure sources of the current room to the core library.
-function(pelora_core_sources)
-  foreach(source IN LISTS ARGN)
-    target_sources(pelora_core PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/${source})
-  endforeach()
-endfunction()
-
 # pelora_form_users(<form> <source>...): the sources include the form's generated header. Without this
 # they would be compiled anew only by the build after the one that finds the form changed.
 function(pelora_form_users form)
@@ -62,7 +55,7 @@ function(pelora_room room)
       pelora_form_users(${form} ${users})
     endif()
   endforeach()
-  target_link_libraries(pelora_${room} PUBLIC pelora_core ${ROOM_LINK})
+  target_link_libraries(pelora_${room} PUBLIC pelora_options ${ROOM_LINK})
   pelora_product(pelora_${room})
 endfunction()
 

@@ -4,8 +4,8 @@
 
 #include "walker.h"
 
-#include "link/select_hardware_dialog.h"
-#include "protocol/yes_no_dialog.h"
+#include "connection/select_hardware_dialog.h"
+#include "readback/yes_no_dialog.h"
 #include "usr/change_setting_for_usr_dialog.h"
 #include "usr/credentials_dialog.h"
 #include "usr/ip_settings_dialog.h"

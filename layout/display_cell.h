@@ -1,6 +1,6 @@
 #pragma once
 
-#include "layout/layout_command.h"
+#include "device/layout_command.h"
 
 #include <QBrush>
 #include <QString>

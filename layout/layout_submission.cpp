@@ -1,8 +1,8 @@
 #include "layout/layout_submission.h"
 
-#include "layout/layout_command.h"
+#include "connection/device_link.h"
+#include "device/layout_command.h"
 #include "layout/layout_grid.h"
-#include "link/device_link.h"
 #include "log/notices.h"
 
 #include <QComboBox>

@@ -1,10 +1,10 @@
 #include "mouse/mouse_settings.h"
 
-#include "link/connection_controls.h"
-#include "link/device_link.h"
+#include "connection/connection_controls.h"
+#include "connection/device_link.h"
+#include "device/custom_setting.h"
 #include "log/event_log.h"
 #include "log/notices.h"
-#include "mouse/custom_setting.h"
 
 #include <QComboBox>
 #include <QLabel>

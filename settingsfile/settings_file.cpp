@@ -1,18 +1,18 @@
 #include "settingsfile/settings_file.h"
 
+#include "connection/connection_controls.h"
+#include "connection/device_link.h"
+#include "device/command.h"
+#include "device/reply.h"
+#include "device/settings_text.h"
 #include "layout/layout_grid.h"
 #include "layout/layout_submission.h"
-#include "link/connection_controls.h"
-#include "link/device_link.h"
 #include "log/event_log.h"
 #include "log/notices.h"
 #include "mouse/mouse_settings.h"
-#include "protocol/combo_setting.h"
-#include "protocol/command.h"
-#include "protocol/reply.h"
+#include "readback/combo_setting.h"
 #include "settingsfile/button_hold.h"
 #include "settingsfile/settings_file_handler.h"
-#include "settingsfile/settings_text.h"
 
 #include <QComboBox>
 #include <QDir>

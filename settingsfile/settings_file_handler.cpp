@@ -1,7 +1,7 @@
 #include "settingsfile/settings_file_handler.h"
 
+#include "device/settings_text.h"
 #include "log/event_log.h"
-#include "settingsfile/settings_text.h"
 
 #include <QFile>
 #include <QFileInfo>

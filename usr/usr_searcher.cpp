@@ -1,7 +1,7 @@
 #include "usr/usr_searcher.h"
 
+#include "device/usr_frame.h"
 #include "log/notices.h"
-#include "usr/frame.h"
 
 #include <QDeadlineTimer>
 #include <QDebug>

@@ -3,9 +3,9 @@
 //   exit_scenario no-port | no-module | no-connection | no-answer
 
 #include "app/main_window.h"
-#include "link/select_hardware_dialog.h"
+#include "connection/select_hardware_dialog.h"
 #include "support/dialog_recorder.h"
-#include "tests/link/device_link_fixture.h"
+#include "tests/connection/device_link_fixture.h"
 #include "tests/usr/fake_module.h"
 #include "usr/credentials_dialog.h"
 #include "usr/ip_settings_dialog.h"

@@ -1,6 +1,6 @@
 #include "window_fixture.h"
 
-#include "protocol/yes_no_dialog.h"
+#include "readback/yes_no_dialog.h"
 
 #include <QTableWidget>
 #include <QTest>

@@ -1,5 +1,5 @@
-#include "link/select_hardware_dialog.h"
-#include "protocol/yes_no_dialog.h"
+#include "connection/select_hardware_dialog.h"
+#include "readback/yes_no_dialog.h"
 #include "tests/usr/fake_module.h"
 #include "usr/change_setting_for_usr_dialog.h"
 #include "usr/credentials_dialog.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "link/connection_controls.h"
-#include "link/device_link.h"
+#include "connection/connection_controls.h"
+#include "connection/device_link.h"
 #include "log/terminal_view.h"
 
 #include <QByteArrayList>

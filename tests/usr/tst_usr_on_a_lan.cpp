@@ -1,4 +1,4 @@
-#include "link/select_hardware_dialog.h"
+#include "connection/select_hardware_dialog.h"
 #include "tests/support/dialog_answers.h"
 #include "usr/change_setting_for_usr_dialog.h"
 #include "usr/credentials_dialog.h"

@@ -1,0 +1,127 @@
+#include "connection/connection_wizard.h"
+
+#include "connection/connection_controls.h"
+#include "connection/device_link.h"
+#include "connection/initial_exchange.h"
+#include "connection/select_connection_method_dialog.h"
+#include "connection/select_hardware_dialog.h"
+#include "log/notices.h"
+#include "usr/change_setting_for_usr_dialog.h"
+#include "usr/credentials_dialog.h"
+
+#include <QComboBox>
+#include <QSignalBlocker>
+#include <utility>
+
+namespace {
+void setVisible(const QList<QWidget *> &widgets, bool visible)
+{
+    for (QWidget *widget : widgets)
+        widget->setVisible(visible);
+}
+} // namespace
+
+ConnectionWizard::ConnectionWizard(QWidget &window, Widgets widgets,
+                                   Select_connection_method_Dialog &method, DeviceLink &link,
+                                   ConnectionControls &controls, InitialExchange &exchange,
+                                   Settings settings)
+    : window_(window), widgets_(std::move(widgets)), connectionMethodDialog(method), link_(link),
+      controls_(controls), exchange_(exchange), settings_(std::move(settings))
+{
+}
+
+ConnectionWizard::~ConnectionWizard() = default;
+
+void ConnectionWizard::run()
+{
+    const auto before = connectionMethodDialog.choice();
+    connectionMethodDialog.exec();
+    if (connectionMethodDialog.isClosed())
+        return;
+    if (connectionMethodDialog.isTcpIpSelected()) {
+        // A run that stops half way leaves the link as it was, so the method must fit it again.
+        if (!connectByNetwork())
+            connectionMethodDialog.setChoice(before);
+        return;
+    }
+    if (connectionMethodDialog.isRs232Selected())
+        connectBySerialPort();
+    exchange_.sendAll();
+}
+
+bool ConnectionWizard::connectByNetwork()
+{
+    Select_hardware_Dialog hardware(&window_, settings_.network);
+    hardware.exec();
+    if (hardware.isCancelled() || !logIn(hardware.selectedAddress()))
+        return false;
+
+    controls_.setDisconnected();
+    link_.setModule(ipSettingsDialog->currentIP(), ipSettingsDialog->usrName());
+    Q_EMIT startingOver();
+    setVisible(widgets_.serialWidgets, false);
+    setVisible(widgets_.networkWidgets, true);
+    link_.openNetworkLink();
+    exchange_.sendAll();
+    return true;
+}
+
+/// Asks for credentials until the module takes them, then shows its IP settings. False when one of
+/// the dialogs was closed.
+bool ConnectionWizard::logIn(const QString &address)
+{
+    QString ipAllocation;
+    QString username;
+    QString password;
+    do {
+        Credentials_Dialog login(&window_, address, settings_.network);
+        login.exec();
+        if (login.isClosed())
+            return false;
+        ipAllocation = login.ipAllocation();
+        username = login.username();
+        password = login.password();
+    } while (ipAllocation == QStringLiteral("-1"));
+
+    // Only a dialog that was gone through replaces the one of the module in use.
+    auto settings =
+        std::make_unique<IP_Settings_Dialog>(&window_, address, ipAllocation, username, password,
+                                             settings_.network, settings_.ipSettings);
+    settings->exec();
+    if (settings->isClosed())
+        return false;
+    ipSettingsDialog = std::move(settings);
+    return true;
+}
+
+void ConnectionWizard::connectBySerialPort()
+{
+    const QStringList names = settings_.portNames();
+    if (names.isEmpty())
+        warnAndExit(QStringLiteral("No available port"));
+    {
+        const QSignalBlocker quiet(widgets_.portSelector); // the port is opened below, once
+        widgets_.portSelector->clear();
+        widgets_.portSelector->addItems(names);
+    }
+    Q_EMIT startingOver();
+    setVisible(widgets_.serialWidgets, true);
+    setVisible(widgets_.networkWidgets, false);
+    controls_.setDisconnected();
+    link_.openSerialLink(widgets_.portSelector->currentText().toStdString());
+}
+
+void ConnectionWizard::editAdminSettings()
+{
+    if (!ipSettingsDialog)
+        return;
+    Change_setting_for_USR_Dialog admin(
+        &window_, link_.address(), ipSettingsDialog->address(), ipSettingsDialog->subnetMask(),
+        ipSettingsDialog->gateway(), ipSettingsDialog->ipAllocation(), ipSettingsDialog->username(),
+        ipSettingsDialog->password(), ipSettingsDialog->usrName(), settings_.network);
+    admin.exec();
+    if (!admin.wasApplied())
+        return;
+    ipSettingsDialog->takeAdminSettings(admin.newName(), admin.newUsername(), admin.newPassword());
+    link_.setModuleName(admin.newName());
+}

@@ -1,0 +1,36 @@
+#include "device/command.h"
+
+std::string numberedCommand(const std::string &prefix, int number)
+{
+    return prefix + std::to_string(number);
+}
+
+std::string mouseModeCommand(int index)
+{
+    return index == 0 ? "//ks" : "//km";
+}
+
+std::string cursorRollingCommand(int index)
+{
+    return index == 0 ? "//o0" : "//o1";
+}
+
+std::string kmControlCommand(int index)
+{
+    return numberedCommand("//c", index + 1);
+}
+
+std::string usbControlCommand(int index)
+{
+    return numberedCommand("//u", index + 1);
+}
+
+std::string activePortsCommand(int index)
+{
+    return numberedCommand("//D", index + 2);
+}
+
+std::string beepCommand(bool beepOnButtonEnabled)
+{
+    return beepOnButtonEnabled ? beepOffCommand : beepOnCommand;
+}

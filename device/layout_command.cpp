@@ -1,0 +1,104 @@
+#include "device/layout_command.h"
+
+#include <exception>
+#include <iostream>
+#include <stdexcept>
+
+namespace {
+constexpr int columns = 4;
+constexpr std::size_t codeLength = 2;
+
+std::string valueBehind(const std::string &marker, const std::string &reply)
+{
+    const auto found = reply.find(marker);
+    std::string value;
+    if (found != std::string::npos) {
+        value = reply.substr(found + marker.size());
+        value = value.substr(0, value.find('\n'));
+    }
+    if (value.size() < codeLength)
+        throw std::out_of_range("basic_string::erase");
+    return value.substr(0, codeLength);
+}
+} // namespace
+
+std::string positionCode(GridPosition position)
+{
+    if (position.row == 0)
+        return "0" + std::to_string(position.column + 1);
+    const int row = position.row == 2 || position.row == 3 ? position.row : 1;
+    const int number = row * columns + position.column + 1;
+    const std::string digits = std::to_string(number);
+    return number <= 9 ? "0" + digits : digits;
+}
+
+GridPosition gridPosition(const std::string &code)
+{
+    try {
+        const bool zeroInFront = !code.empty() && code.front() == '0';
+        const long long number = std::stoi(zeroInFront ? code.substr(1) : code);
+        return {static_cast<int>((number - 1) / columns), static_cast<int>((number - 1) % columns)};
+    } catch (const std::exception &error) {
+        std::cout << "Invalid argument: " << error.what() << std::endl;
+        return {-1, -1};
+    }
+}
+
+std::optional<char> channelDigit(DisplayColour colour)
+{
+    switch (colour) {
+    case DisplayColour::Yellow:
+        return '1';
+    case DisplayColour::Green:
+        return '2';
+    case DisplayColour::Blue:
+    case DisplayColour::Gray:
+        // Deliberate: gray goes with blue, so that an inactive channel 4 is written as 3 too. It is
+        // what the switch has always been sent.
+        return '3';
+    case DisplayColour::Red:
+        return '4';
+    case DisplayColour::Other:
+        break;
+    }
+    return std::nullopt;
+}
+
+std::string layoutCommand(const std::vector<PlacedDisplay> &displays)
+{
+    std::array<std::string, 4> channelParts;
+    for (const PlacedDisplay &display : displays) {
+        const std::optional<char> digit = channelDigit(display.colour);
+        if (!digit)
+            continue;
+        std::string &part = channelParts.at(static_cast<std::size_t>(*digit - '1'));
+        part += std::string("FF0") + *digit + "B" + positionCode(display.position);
+    }
+    return "//" + channelParts[0] + channelParts[1] + channelParts[2] + channelParts[3];
+}
+
+int neighbourCount(const std::vector<GridPosition> &displays,
+                   const std::function<bool(GridPosition)> &holdsItem)
+{
+    int count = 0;
+    for (const auto [row, column] : displays) {
+        const std::array<GridPosition, 4> neighbours{
+            {{row - 1, column}, {row + 1, column}, {row, column - 1}, {row, column + 1}}};
+        for (const GridPosition neighbour : neighbours)
+            count += holdsItem(neighbour) ? 1 : 0;
+    }
+    return count;
+}
+
+bool isConnected(int neighbours)
+{
+    return neighbours == 6 || neighbours == 8;
+}
+
+std::array<std::string, 4> layoutCodes(const std::string &reply)
+{
+    std::array<std::string, 4> codes;
+    for (std::size_t channel = codes.size(); channel > 0; --channel)
+        codes.at(channel - 1) = valueBehind("0" + std::to_string(channel) + "B", reply);
+    return codes;
+}

@@ -1,0 +1,27 @@
+#include "device/reply.h"
+
+#include <limits>
+#include <stdexcept>
+
+std::string replyValue(std::string_view text, std::string_view key)
+{
+    const auto found = text.find(key);
+    if (found == std::string_view::npos)
+        return "0";
+    std::string_view value = text.substr(found + key.size());
+    value = value.substr(0, value.find('\n'));
+    return value.empty() ? "0" : std::string(value);
+}
+
+int replyNumber(const std::string &value)
+{
+    return std::stoi(value);
+}
+
+int itemIndex(const std::string &value)
+{
+    const int number = replyNumber(value);
+    if (number == std::numeric_limits<int>::min())
+        throw std::out_of_range("stoi");
+    return number - 1;
+}

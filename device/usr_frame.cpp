@@ -1,0 +1,147 @@
+#include "device/usr_frame.h"
+
+#include <QStringList>
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+namespace usr_frame {
+namespace {
+constexpr qsizetype digitsPerByte = 2;
+constexpr int ipv4Size = 4;
+constexpr int macSize = 6;
+
+QString digitsAt(const QString &hexText, int offset, int size)
+{
+    if (hexText.size() < digitsPerByte * (offset + size))
+        throw std::invalid_argument("reply too short");
+    return hexText.mid(digitsPerByte * offset, digitsPerByte * size);
+}
+
+QString dottedText(const QByteArray &octets)
+{
+    const auto octet = [&octets](int i) { return QString::number(static_cast<quint8>(octets[i])); };
+    return QStringLiteral("%1.%2.%3.%4").arg(octet(0), octet(1), octet(2), octet(3));
+}
+
+QString ipv4At(const QString &hexText, int offset)
+{
+    QByteArray octets = toBytes(digitsAt(hexText, offset, ipv4Size));
+    std::reverse(octets.begin(), octets.end());
+    return dottedText(octets);
+}
+
+QString withChecksum(const QString &lengthCommandAndData)
+{
+    quint8 sum = 0;
+    for (const char byte : toBytes(lengthCommandAndData))
+        sum = static_cast<quint8>(sum + static_cast<quint8>(byte));
+    return QStringLiteral("ff") + lengthCommandAndData +
+           toHexText(QByteArray(1, static_cast<char>(sum)));
+}
+
+QString authenticatedRequest(const QString &lengthAndCommand, const QString &mac,
+                             const QString &username, const QString &password)
+{
+    return withChecksum(lengthAndCommand + mac + textField(username, credentialSize) +
+                        textField(password, credentialSize));
+}
+} // namespace
+
+QString toHexText(const QByteArray &bytes)
+{
+    return QString::fromLatin1(bytes.toHex());
+}
+
+QByteArray toBytes(const QString &hexText)
+{
+    const auto isDigit = [](QChar c) {
+        return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f') || (c >= u'A' && c <= u'F');
+    };
+    if (hexText.size() % digitsPerByte != 0 ||
+        !std::all_of(hexText.cbegin(), hexText.cend(), isDigit))
+        throw std::invalid_argument("not hexadecimal text");
+    return QByteArray::fromHex(hexText.toLatin1());
+}
+
+QString textField(const QString &text, int size)
+{
+    return toHexText(text.toUtf8()).leftJustified(digitsPerByte * size, u'0');
+}
+
+QString ipv4Field(const QString &dotted)
+{
+    const QStringList parts = dotted.split(u'.');
+    if (parts.size() != ipv4Size)
+        return {};
+    QByteArray octets;
+    for (const QString &part : parts) {
+        bool isNumber = false;
+        const int octet = part.toInt(&isNumber);
+        if (!isNumber || octet < 0 || octet > 255)
+            return {};
+        octets.prepend(static_cast<char>(octet));
+    }
+    return toHexText(octets);
+}
+
+QString searchRequest()
+{
+    return QStringLiteral("ff010102");
+}
+
+QString loginRequest(const QString &mac, const QString &username, const QString &password)
+{
+    return authenticatedRequest(QStringLiteral("1303"), mac, username, password);
+}
+
+QString commitRequest(const QString &mac, const QString &username, const QString &password)
+{
+    return authenticatedRequest(QStringLiteral("1304"), mac, username, password);
+}
+
+QString setupRequest(const Setup &setup)
+{
+    return withChecksum(
+        QStringLiteral("5605") + setup.mac + textField(setup.username, credentialSize) +
+        textField(setup.password, credentialSize) + QStringLiteral("093803") + setup.ipAllocation +
+        QStringLiteral("2019500002") + ipv4Field(setup.ip) + ipv4Field(setup.gateway) +
+        ipv4Field(setup.subnetMask) + setup.nameHex + textField(setup.newUsername, credentialSize) +
+        textField(setup.newPassword, credentialSize) + QStringLiteral("02010000") + setup.mac +
+        QStringLiteral("100e000001000000"));
+}
+
+DiscoveryReply readDiscoveryReply(const QString &hexText)
+{
+    const QByteArray nameField = toBytes(digitsAt(hexText, 19, nameSize));
+    const qsizetype end = nameField.indexOf('\0');
+    const QByteArray name = end < 0 ? nameField : nameField.left(end);
+    return {dottedText(toBytes(digitsAt(hexText, 5, ipv4Size))), digitsAt(hexText, 9, macSize),
+            toHexText(name), QString::fromUtf8(name)};
+}
+
+ConfigurationReply readConfigurationReply(const QString &hexText)
+{
+    if (!isConfiguration(hexText))
+        throw std::invalid_argument("no configuration reply");
+    const bool isDhcp = digitsAt(hexText, 3, 1) == QStringLiteral("40");
+    return {isDhcp ? QStringLiteral("00") : QStringLiteral("80"), ipv4At(hexText, 9),
+            ipv4At(hexText, 13), ipv4At(hexText, 17)};
+}
+
+bool isDiscoveryReply(const QString &hexText)
+{
+    return hexText.size() == digitsPerByte * discoveryReplySize;
+}
+
+bool isConfiguration(const QString &hexText)
+{
+    return hexText.size() == digitsPerByte * configurationReplySize;
+}
+
+bool isRefusal(const QString &hexText)
+{
+    return hexText.size() == digitsPerByte * refusalSize;
+}
+
+} // namespace usr_frame
