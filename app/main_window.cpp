@@ -40,7 +40,11 @@ ConnectionControls::Widgets connectionWidgets(const Form &form)
             QList<QComboBox *>{form.comboBox_KM_Control, form.comboBox_USB_Control,
                                form.comboBox_Select_Display_Mode, form.comboBox_Select_active_port,
                                form.comboBox_Enable_or_Disable_Cursor_Roll} +
-                resolutionSelectors(form)};
+                resolutionSelectors(form),
+            {form.pushButton_Load_Settings_File, form.pushButton_Create_Settings_File,
+             form.pushButton_Refresh, form.pushButtonSubmit,
+             form.pushButton_Submit_Custom_Mouse_Movement_Settings, form.pushButton_Soft_Reset,
+             form.pushButton_Factory_Reset}};
 }
 
 MouseSettings::Widgets mouseWidgets(const Form &form)
@@ -61,15 +65,8 @@ GeneralSettings::Widgets generalWidgets(const Form &form)
 
 SettingsFile::Widgets settingsFileWidgets(const Form &form)
 {
-    return {form.comboBox_KM_Control,
-            form.comboBox_USB_Control,
-            form.comboBox_Select_active_port,
-            form.comboBox_Enable_or_Disable_Cursor_Roll,
-            form.comboBox_Select_Display_Mode,
-            {form.pushButton_Load_Settings_File, form.pushButton_Create_Settings_File,
-             form.pushButton_Refresh, form.pushButtonSubmit,
-             form.pushButton_Submit_Custom_Mouse_Movement_Settings, form.pushButton_Soft_Reset,
-             form.pushButton_Factory_Reset}};
+    return {form.comboBox_KM_Control, form.comboBox_USB_Control, form.comboBox_Select_active_port,
+            form.comboBox_Enable_or_Disable_Cursor_Roll, form.comboBox_Select_Display_Mode};
 }
 
 ReplyApplication::Widgets replyWidgets(const Form &form)
@@ -95,11 +92,11 @@ KM_Configuration_Tool_Norvik::KM_Configuration_Tool_Norvik(
       pages_(*ui_->stackedWidget, {ui_->ConfigurationBtn, ui_->pushButton_Mouse_Speed_Settings,
                                    ui_->TopologyAndDisplayBtn}),
       terminal_(*ui_->textEdit_Main_Terminal), controls_(connectionWidgets(*ui_)),
-      link_(
-          controls_, terminal_, {ui_->label_current_Ip, ui_->label_name_of_USR},
-          [this] { return connectionMethodDialog.isTcpIpSelected(); }, settings.networkLink),
-      exchange_(link_),
-      panel_(*this, link_, controls_, exchange_, *ui_->comboBox_SelectPort, settings.panel),
+      link_(settings.networkLink, settings.linkFactories),
+      presenter_(link_, controls_, terminal_, {ui_->label_current_Ip, ui_->label_name_of_USR}),
+      exchange_(link_), panel_(
+                            *this, link_, controls_, exchange_, *ui_->comboBox_SelectPort,
+                            [this] { return wizard_.isTcpIpSelected(); }, settings.panel),
       wizard_(*this,
               {ui_->comboBox_SelectPort,
                {ui_->comboBox_SelectPort, ui_->label_Select_port},
@@ -125,9 +122,7 @@ KM_Configuration_Tool_Norvik::KM_Configuration_Tool_Norvik(
     ui_->pushButton_Refresh->setIconSize(refreshIconSize);
     ui_->pushButton_Refresh->setIcon(QIcon(QStringLiteral(":/img/logos/refresh.png")));
     on_ConfigurationBtn_clicked();
-    controls_.disableDeviceControls();
-    controls_.disableSettingsCombos();
-    controls_.setDisconnected();
+    controls_.showDisconnected();
     ui_->tableWidget->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     ui_->tableWidget->verticalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     ui_->tableWidget->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -153,8 +148,7 @@ void KM_Configuration_Tool_Norvik::connectSubsystems()
     connect(&link_, &DeviceLink::socketReadyRead, this, &KM_Configuration_Tool_Norvik::onReadyRead);
     connect(&panel_, &ConnectionPanel::readBackWanted, this,
             &KM_Configuration_Tool_Norvik::refresh_UI);
-    connect(&panel_, &ConnectionPanel::startingOver, this, [this] { readBack_.startOver(); });
-    connect(&wizard_, &ConnectionWizard::startingOver, this, [this] { readBack_.startOver(); });
+    connect(&link_, &DeviceLink::began, this, [this] { mouse_.startOver(); });
 }
 
 void KM_Configuration_Tool_Norvik::send_initial_command()

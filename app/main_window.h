@@ -3,9 +3,8 @@
 #include "app/page_navigation.h"
 #include "connection/connection_controls.h"
 #include "connection/connection_panel.h"
+#include "connection/connection_presenter.h"
 #include "connection/connection_wizard.h"
-#include "connection/device_link.h"
-#include "connection/initial_exchange.h"
 #include "connection/select_connection_method_dialog.h"
 #include "layout/layout_grid.h"
 #include "layout/layout_submission.h"
@@ -14,6 +13,8 @@
 #include "readback/general_settings.h"
 #include "readback/read_back.h"
 #include "readback/reply_application.h"
+#include "session/device_link.h"
+#include "session/initial_exchange.h"
 #include "settingsfile/settings_file.h"
 #include "settingsfile/settings_file_handler.h"
 
@@ -29,7 +30,8 @@ class TRQ_Mobile_Setter_UI;
 /// Every delay, address and port of the program, with the real values as defaults.
 struct WindowSettings
 {
-    NetworkLinkSettings networkLink;
+    DeviceLinkSettings networkLink;
+    LinkFactories linkFactories;
     ConnectionPanel::Timing panel;
     ConnectionWizard::Settings wizard;
     ReadBack::Timing readBack;
@@ -106,6 +108,7 @@ private:
     TerminalView terminal_;
     ConnectionControls controls_;
     DeviceLink link_;
+    ConnectionPresenter presenter_;
     InitialExchange exchange_;
     ConnectionPanel panel_;
     ConnectionWizard wizard_;

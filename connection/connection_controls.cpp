@@ -6,9 +6,15 @@
 
 ConnectionControls::ConnectionControls(Widgets widgets) : widgets_(std::move(widgets)) {}
 
+void ConnectionControls::showDisconnected()
+{
+    disableDeviceControls();
+    disableSettingsCombos();
+    setDisconnected();
+}
+
 void ConnectionControls::setDisconnected()
 {
-    connected = false;
     widgets_.indicator->setStyleSheet(
         QStringLiteral("background-color: red; border-radius: 10px; height: 20px; width: 20px;"));
     widgets_.off->setEnabled(false);
@@ -28,13 +34,37 @@ void ConnectionControls::setConnected()
 void ConnectionControls::enableDeviceControls()
 {
     for (QWidget *control : std::as_const(widgets_.deviceControls))
-        control->setEnabled(true);
+        setControlEnabled(*control, true);
 }
 
 void ConnectionControls::disableDeviceControls()
 {
     for (QWidget *control : std::as_const(widgets_.deviceControls))
-        control->setEnabled(false);
+        setControlEnabled(*control, false);
+}
+
+void ConnectionControls::setControlEnabled(QWidget &control, bool enabled)
+{
+    if (!isHolding_ || !widgets_.heldWhileLoading.contains(&control))
+        control.setEnabled(enabled);
+    else if (enabled)
+        wantedEnabled_.insert(&control);
+    else
+        wantedEnabled_.remove(&control);
+}
+
+void ConnectionControls::holdWhileLoading(bool hold)
+{
+    if (hold == isHolding_)
+        return;
+    isHolding_ = hold;
+    for (QWidget *control : std::as_const(widgets_.heldWhileLoading)) {
+        if (hold && control->isEnabled())
+            wantedEnabled_.insert(control);
+        control->setEnabled(!hold && wantedEnabled_.contains(control));
+    }
+    if (!hold)
+        wantedEnabled_.clear();
 }
 
 void ConnectionControls::enableSettingsCombos()
@@ -65,13 +95,15 @@ bool ConnectionControls::countsAsConnected() const
     return !widgets_.on->isEnabled();
 }
 
-void ConnectionControls::explainDisconnection(const QString &reason)
+void ConnectionControls::explain(const QString &text)
 {
-    widgets_.indicator->setToolTip(QStringLiteral("Disconnected: %1").arg(reason));
+    widgets_.indicator->setToolTip(text);
+    widgets_.on->setToolTip(text);
 }
 
 void ConnectionControls::describeIndicator(const QString &state)
 {
     widgets_.indicator->setToolTip(state);
     widgets_.indicator->setAccessibleName(state);
+    widgets_.on->setToolTip(QString());
 }

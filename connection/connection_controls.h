@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QSet>
 #include <QString>
 
 class QComboBox;
@@ -9,8 +10,8 @@ class QWidget;
 
 /// What the window shows of the connection, and the controls that come and go with it.
 ///
-/// Owns `connected` (the switch has answered) and `handlersArmed` (the settings controls act on
-/// changes; false while the program itself fills them).
+/// Owns `handlersArmed` (the settings controls act on changes; false while the program itself fills
+/// them).
 class ConnectionControls
 {
 public:
@@ -23,13 +24,17 @@ public:
         QPushButton *beepOff;
         QList<QWidget *> deviceControls; ///< switched together, in this order
         QList<QComboBox *> settingsCombos;
+        QList<QWidget *> heldWhileLoading; ///< those that would collide with a settings file
     };
 
     explicit ConnectionControls(Widgets widgets);
 
-    /// Red indicator, ON enabled, OFF disabled, `connected` cleared.
+    /// How every road to "disconnected" ends: red indicator, ON enabled, OFF, the device controls
+    /// and the settings combos disabled.
+    void showDisconnected();
+    /// Red indicator, ON enabled, OFF disabled.
     void setDisconnected();
-    /// Green indicator, ON disabled, OFF enabled. Leaves `connected` to the caller.
+    /// Green indicator, ON disabled, OFF enabled.
     void setConnected();
 
     void enableDeviceControls();
@@ -39,24 +44,28 @@ public:
     /// Enables or disables "Beep On" and "Beep Off"; the button of the state in force is disabled.
     void setBeepButtonsEnabled(bool onEnabled, bool offEnabled);
     bool isBeepOnEnabled() const;
+    /// One of the controls that may be held.
+    void setControlEnabled(QWidget &control, bool enabled);
+    /// Between the two halves of a settings file: the controls that would collide with it are
+    /// disabled, whatever enables them meanwhile, and then stand as they would without it.
+    void holdWhileLoading(bool hold);
 
     /// Whether the ON button is disabled, which is how the window tells a link that counts as up.
     bool countsAsConnected() const;
 
-    bool isConnected() const { return connected; }
-    void markConnected(bool yes) { connected = yes; }
-
     bool areHandlersArmed() const { return handlersArmed; }
     void setHandlersArmed(bool armed) { handlersArmed = armed; }
 
-    /// Adds why the link is down to the red indicator's tool tip; setConnected drops it.
-    void explainDisconnection(const QString &reason);
+    /// Why the link is down, or what the user may do about it: on the indicator's tool tip and the
+    /// ON button's until the next setConnected or setDisconnected.
+    void explain(const QString &text);
 
 private:
     void describeIndicator(const QString &state);
 
     Widgets widgets_;
-    bool connected = false;
+    QSet<const QWidget *> wantedEnabled_; ///< of those that are held
+    bool isHolding_ = false;
     bool handlersArmed = false;
 };
 

@@ -1,27 +1,26 @@
 #include "connection/connection_panel.h"
 
 #include "connection/connection_controls.h"
-#include "connection/device_link.h"
-#include "connection/initial_exchange.h"
 #include "log/notices.h"
+#include "session/device_link.h"
+#include "session/initial_exchange.h"
 
 #include <QComboBox>
-#include <QTimer>
+#include <utility>
 
 ConnectionPanel::ConnectionPanel(QObject &window, DeviceLink &link, ConnectionControls &controls,
-                                 InitialExchange &exchange, QComboBox &portSelector, Timing timing)
+                                 InitialExchange &exchange, QComboBox &portSelector,
+                                 std::function<bool()> isTcpIpSelected, Timing timing)
     : window_(window), link_(link), controls_(controls), exchange_(exchange),
-      portSelector_(portSelector), timing_(timing)
+      portSelector_(portSelector), isTcpIpSelected_(std::move(isTcpIpSelected)), timing_(timing)
 {
 }
 
 void ConnectionPanel::switchOn()
 {
-    Q_EMIT startingOver();
-    if (link_.isTcpIpSelected()) {
+    if (isTcpIpSelected_()) {
         link_.openNetworkLink();
-        watchedLinks_.push_back(link_.linkNumber());
-        QTimer::singleShot(timing_.handshakeWatchdog, &window_, SLOT(is_not_Connected_Message()));
+        link_.connection().later(timing_.handshakeWatchdog, window_, "is_not_Connected_Message");
     } else {
         link_.openSerialLink(portSelector_.currentText().toStdString());
     }
@@ -31,17 +30,12 @@ void ConnectionPanel::switchOn()
 void ConnectionPanel::switchOff()
 {
     link_.closeActiveLink();
-    if (controls_.isConnected())
-        controls_.setDisconnected();
 }
 
 void ConnectionPanel::openSelectedPort()
 {
     controls_.setHandlersArmed(false);
-    controls_.disableDeviceControls();
-    controls_.disableSettingsCombos();
-    controls_.setDisconnected();
-    Q_EMIT startingOver();
+    controls_.showDisconnected();
     link_.openSerialLink(portSelector_.currentText().toStdString());
     exchange_.sendAll();
     controls_.setHandlersArmed(true);
@@ -49,13 +43,7 @@ void ConnectionPanel::openSelectedPort()
 
 void ConnectionPanel::judgeConnection()
 {
-    if (!watchedLinks_.empty()) {
-        const int watched = watchedLinks_.front();
-        watchedLinks_.pop_front();
-        if (watched != link_.linkNumber())
-            return;
-    }
-    if (controls_.countsAsConnected())
+    if (!link_.connection().road() || controls_.countsAsConnected())
         return;
     // Deliberate: a network connection without an answer ends the program.
     warnAndExit(QStringLiteral("Check if the device is on the same network as the PC"));

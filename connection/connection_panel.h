@@ -2,7 +2,7 @@
 
 #include <QObject>
 #include <chrono>
-#include <deque>
+#include <functional>
 
 class ConnectionControls;
 class DeviceLink;
@@ -22,22 +22,22 @@ public:
     };
 
     /// `window` has the slot is_not_Connected_Message(), which the watchdog's timer calls by name.
+    /// `isTcpIpSelected` answers true for the network and false for RS232.
     ConnectionPanel(QObject &window, DeviceLink &link, ConnectionControls &controls,
-                    InitialExchange &exchange, QComboBox &portSelector, Timing timing);
+                    InitialExchange &exchange, QComboBox &portSelector,
+                    std::function<bool()> isTcpIpSelected, Timing timing);
 
     /// Opens the link of the chosen method and asks for a read-back.
     void switchOn();
-    /// Closes the link of the chosen method.
+    /// Ends the connection.
     void switchOff();
     /// The user picked another port: opens it and sends the initial exchange.
     void openSelectedPort();
-    /// The watchdog's end: ends the process with status 1 after a warning box if the network
-    /// connection that it was started for is still there and has not answered.
+    /// The watchdog's end: ends the process with status 1 after a warning box if the connection has
+    /// not answered. Without a connection: nothing.
     void judgeConnection();
 
 Q_SIGNALS:
-    /// What was received so far and what was read from it counts no more.
-    void startingOver();
     void readBackWanted();
 
 private:
@@ -46,6 +46,6 @@ private:
     ConnectionControls &controls_;
     InitialExchange &exchange_;
     QComboBox &portSelector_;
+    std::function<bool()> isTcpIpSelected_;
     Timing timing_;
-    std::deque<int> watchedLinks_; ///< the link that each running watchdog was started for
 };

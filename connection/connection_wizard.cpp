@@ -1,11 +1,11 @@
 #include "connection/connection_wizard.h"
 
 #include "connection/connection_controls.h"
-#include "connection/device_link.h"
-#include "connection/initial_exchange.h"
 #include "connection/select_connection_method_dialog.h"
 #include "connection/select_hardware_dialog.h"
 #include "log/notices.h"
+#include "session/device_link.h"
+#include "session/initial_exchange.h"
 #include "usr/change_setting_for_usr_dialog.h"
 #include "usr/credentials_dialog.h"
 
@@ -34,14 +34,11 @@ ConnectionWizard::~ConnectionWizard() = default;
 
 void ConnectionWizard::run()
 {
-    const auto before = connectionMethodDialog.choice();
     connectionMethodDialog.exec();
     if (connectionMethodDialog.isClosed())
         return;
     if (connectionMethodDialog.isTcpIpSelected()) {
-        // A run that stops half way leaves the link as it was, so the method must fit it again.
-        if (!connectByNetwork())
-            connectionMethodDialog.setChoice(before);
+        connectByNetwork();
         return;
     }
     if (connectionMethodDialog.isRs232Selected())
@@ -49,21 +46,20 @@ void ConnectionWizard::run()
     exchange_.sendAll();
 }
 
-bool ConnectionWizard::connectByNetwork()
+void ConnectionWizard::connectByNetwork()
 {
     Select_hardware_Dialog hardware(&window_, settings_.network);
     hardware.exec();
     if (hardware.isCancelled() || !logIn(hardware.selectedAddress()))
-        return false;
+        return;
 
-    controls_.setDisconnected();
+    isTcpIpSelected_ = true;
+    controls_.showDisconnected();
     link_.setModule(ipSettingsDialog->currentIP(), ipSettingsDialog->usrName());
-    Q_EMIT startingOver();
     setVisible(widgets_.serialWidgets, false);
     setVisible(widgets_.networkWidgets, true);
     link_.openNetworkLink();
     exchange_.sendAll();
-    return true;
 }
 
 /// Asks for credentials until the module takes them, then shows its IP settings. False when one of
@@ -104,10 +100,10 @@ void ConnectionWizard::connectBySerialPort()
         widgets_.portSelector->clear();
         widgets_.portSelector->addItems(names);
     }
-    Q_EMIT startingOver();
+    isTcpIpSelected_ = false;
     setVisible(widgets_.serialWidgets, true);
     setVisible(widgets_.networkWidgets, false);
-    controls_.setDisconnected();
+    controls_.showDisconnected();
     link_.openSerialLink(widgets_.portSelector->currentText().toStdString());
 }
 

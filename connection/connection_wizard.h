@@ -50,12 +50,11 @@ public:
     /// "Admin Settings": changes the module's name and credentials. Without a module: nothing.
     void editAdminSettings();
 
-Q_SIGNALS:
-    /// What was received so far and what was read from it counts no more.
-    void startingOver();
+    /// Whether the last run that was gone through chose the network.
+    bool isTcpIpSelected() const { return isTcpIpSelected_; }
 
 private:
-    bool connectByNetwork();
+    void connectByNetwork();
     void connectBySerialPort();
     bool logIn(const QString &address);
 
@@ -66,5 +65,6 @@ private:
     ConnectionControls &controls_;
     InitialExchange &exchange_;
     Settings settings_;
+    bool isTcpIpSelected_ = false;
     std::unique_ptr<IP_Settings_Dialog> ipSettingsDialog;
 };

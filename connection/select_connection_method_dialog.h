@@ -14,8 +14,6 @@ class Select_connection_method_Dialog : public QDialog
     Q_OBJECT
 
 public:
-    enum class Choice { None, TcpIp, Rs232 };
-
     /// Opens the event log as well.
     explicit Select_connection_method_Dialog(QWidget *parent = nullptr);
     ~Select_connection_method_Dialog() override;
@@ -25,10 +23,6 @@ public:
     /// Whether it was closed without a choice when it was last shown.
     bool isClosed() const { return closed_; }
 
-    Choice choice() const { return choice_; }
-    /// Puts back an earlier choice; the radio buttons stay as the user left them.
-    void setChoice(Choice choice) { choice_ = choice; }
-
 public Q_SLOTS:
     void on_pushButton_continue_clicked();
 
@@ -36,6 +30,8 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
+    enum class Choice { None, TcpIp, Rs232 };
+
     std::unique_ptr<Ui::Select_connection_method_Dialog> ui_;
     Choice choice_ = Choice::None;
     bool closed_ = false;

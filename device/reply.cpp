@@ -7,10 +7,10 @@ std::string replyValue(std::string_view text, std::string_view key)
 {
     const auto found = text.find(key);
     if (found == std::string_view::npos)
-        return "0";
+        return std::string(absentValue);
     std::string_view value = text.substr(found + key.size());
     value = value.substr(0, value.find('\n'));
-    return value.empty() ? "0" : std::string(value);
+    return std::string(value.empty() ? absentValue : value);
 }
 
 int replyNumber(const std::string &value)

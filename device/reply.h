@@ -6,6 +6,9 @@
 /// Reading the switch's replies. A reply is free text in lines that end with LF; direction: switch
 /// to utility. Values are found by key and never trimmed.
 
+/// What stands for a value that is not there.
+inline constexpr std::string_view absentValue = "0";
+
 /// The text behind the first occurrence of `key` up to its line's LF or the end of `text`; "0" when
 /// the key is absent or nothing stands behind it. A CR before the LF stays in the value.
 /// Example: key "Buzzer: " in "Buzzer: on\nC1\t" (42 75 7A 7A 65 72 3A 20 6F 6E 0A ...) gives "on".

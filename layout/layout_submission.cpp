@@ -1,9 +1,9 @@
 #include "layout/layout_submission.h"
 
-#include "connection/device_link.h"
 #include "device/layout_command.h"
 #include "layout/layout_grid.h"
 #include "log/notices.h"
+#include "session/device_link.h"
 
 #include <QComboBox>
 

@@ -1,16 +1,15 @@
 #include "mouse/mouse_settings.h"
 
 #include "connection/connection_controls.h"
-#include "connection/device_link.h"
-#include "device/custom_setting.h"
+#include "device/reply.h"
 #include "log/event_log.h"
 #include "log/notices.h"
+#include "session/device_link.h"
 
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QScopedValueRollback>
-#include <QTimer>
 #include <utility>
 
 namespace {
@@ -61,7 +60,7 @@ void MouseSettings::submitCustomSetting()
     link_.forwardCommand(submittedCommand(setting + 1, values));
     for (QComboBox *combo : std::as_const(widgets_.resolutions))
         combo->setItemText(customItem(setting), values.name);
-    QTimer::singleShot(timing_.readAfterSubmit, &window_, SLOT(refresh_UI()));
+    link_.connection().later(timing_.readAfterSubmit, window_, "refresh_UI");
 }
 
 void MouseSettings::fillEditFields()
@@ -77,8 +76,17 @@ void MouseSettings::fillEditFields()
         writeLog("basic_string::substr: the data of the custom setting is too short");
 }
 
+void MouseSettings::startOver()
+{
+    trimCustomEntries();
+    ready_ = true;
+}
+
 void MouseSettings::trimCustomEntries()
 {
+    // A selector whose item is removed selects another one by itself: that is no user's change.
+    const DisarmedHandlers disarmed(controls_);
+    awaitedEntries_.set();
     if (widgets_.resolutions.front()->count() <= lastCustomItem)
         return;
     for (QComboBox *combo : std::as_const(widgets_.resolutions)) {
@@ -89,6 +97,9 @@ void MouseSettings::trimCustomEntries()
 
 void MouseSettings::setCustomEntry(int setting, const std::string &value, std::size_t skip)
 {
+    const DisarmedHandlers disarmed(controls_);
+    if (value != absentValue)
+        awaitedEntries_.reset(static_cast<std::size_t>(setting));
     const QString name = QString::fromStdString(customEntryName(value, skip));
     const int item = customItem(setting);
     for (QComboBox *combo : std::as_const(widgets_.resolutions)) {

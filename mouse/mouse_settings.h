@@ -1,7 +1,10 @@
 #pragma once
 
+#include "device/custom_setting.h"
+
 #include <QList>
 #include <QString>
+#include <bitset>
 #include <chrono>
 #include <string>
 
@@ -48,9 +51,14 @@ public:
     /// fills the fields that it reaches and is worth a line in the event log, no more.
     void fillEditFields();
 
+    /// Another switch: what the page knows of the last one's custom settings counts no more.
+    void startOver();
     /// Removes the custom settings, items 12 down to 9, from all resolution selectors, if the first
-    /// of them has them.
+    /// of them has them. The settings handlers are disarmed meanwhile.
     void trimCustomEntries();
+    /// Whether custom settings are to come: they were removed and neither an answer nor a file has
+    /// brought all of them back.
+    bool areCustomEntriesAwaited() const { return awaitedEntries_.any(); }
     /// Makes the name in `value`, behind its first `skip` bytes, the item of `setting` in all
     /// resolution selectors. A value without a name makes an empty item, so that positions hold.
     void setCustomEntry(int setting, const std::string &value, std::size_t skip);
@@ -83,5 +91,6 @@ private:
     ConnectionControls &controls_;
     Timing timing_;
     bool ready_ = true;
+    std::bitset<customSettings> awaitedEntries_;
     bool fillingEditFields_ = false;
 };

@@ -1,13 +1,12 @@
 #include "readback/general_settings.h"
 
 #include "connection/connection_controls.h"
-#include "connection/device_link.h"
 #include "device/command.h"
 #include "layout/layout_grid.h"
 #include "readback/yes_no_dialog.h"
+#include "session/device_link.h"
 
 #include <QComboBox>
-#include <QTimer>
 
 GeneralSettings::GeneralSettings(QWidget &window, Widgets widgets, DeviceLink &link,
                                  ConnectionControls &controls, LayoutGrid &grid, Timing timing)
@@ -58,10 +57,9 @@ void GeneralSettings::factoryReset()
     if (question.answer() != QStringLiteral("OK"))
         return;
     link_.forwardCommand(factoryResetCommand);
-    if (link_.hasUdpSocket())
-        QTimer::singleShot(timing_.networkReadAfterReset, &window_, SLOT(refresh_UI()));
-    else if (link_.hasSerialPort())
-        QTimer::singleShot(timing_.serialReadAfterReset, &window_, SLOT(refresh_UI()));
+    link_.connection().later(link_.hasUdpSocket() ? timing_.networkReadAfterReset
+                                                  : timing_.serialReadAfterReset,
+                             window_, "refresh_UI");
 }
 
 void GeneralSettings::beepOn()

@@ -1,8 +1,6 @@
 #include "readback/read_back.h"
 
 #include "connection/connection_controls.h"
-#include "connection/device_link.h"
-#include "connection/initial_exchange.h"
 #include "device/reply.h"
 #include "layout/layout_submission.h"
 #include "log/event_log.h"
@@ -10,10 +8,14 @@
 #include "log/terminal_view.h"
 #include "mouse/mouse_settings.h"
 #include "readback/reply_application.h"
+#include "session/device_link.h"
+#include "session/initial_exchange.h"
 
+#include <QPointer>
 #include <QPushButton>
 #include <QTimer>
 #include <exception>
+#include <optional>
 
 namespace {
 constexpr int longestBuffer = 1000; // characters; a fuller one is emptied before the next chunk
@@ -28,85 +30,105 @@ ReadBack::ReadBack(QObject &window, Parts parts, Timing timing)
 
 void ReadBack::receiveSerial()
 {
-    const QString chunk = decoder_.decode(parts_.link.takeSerialBytes());
-    deviceAnswered(chunk);
-    if (receiveBuffer.size() > longestBuffer)
-        receiveBuffer.clear();
-    receiveBuffer += chunk;
-    noticeSavedLayout(receiveBuffer.toStdString());
-    if (!receiveBuffer.isEmpty()) {
-        const std::string text = receiveBuffer.toStdString();
+    Connection &connection = parts_.link.connection();
+    ReceivedText &received = connection.received();
+    AwaitedAnswers &awaited = connection.awaited();
+    const QString chunk = received.decoder.decode(connection.takeArrived());
+    deviceAnswered(connection, chunk);
+    if (received.receiveBuffer.size() > longestBuffer)
+        received.receiveBuffer.clear();
+    received.receiveBuffer += chunk;
+    noticeSavedLayout(connection, received.receiveBuffer.toStdString());
+    if (!received.receiveBuffer.isEmpty()) {
+        const std::string text = received.receiveBuffer.toStdString();
         if (parts_.replies.applyFrontPanel(text))
-            replyReady = true;
-        applyChunkRules(text);
+            received.replyReady = true;
+        if (applyControlRules(text))
+            received.replyReady = true;
     }
     show(chunk);
-    if (parts_.exchange.isAwaitingStatusReply()) {
-        parts_.exchange.statusReplyTaken();
-        QTimer::singleShot(timing_.takeOver, &window_, SLOT(get_data_from_TRQ_by_serial_port()));
+    if (awaited.awaitingStatusReply) {
+        awaited.awaitingStatusReply = false;
+        connection.later(timing_.takeOver, window_, "get_data_from_TRQ_by_serial_port");
     }
-    if (horizontalDimensionSaved) {
-        horizontalDimensionSaved = false;
-        replyReady = false;
-        QTimer::singleShot(timing_.layoutLoad, &window_, SLOT(set_current_layout_from_buff()));
+    if (received.horizontalDimensionSaved) {
+        received.horizontalDimensionSaved = false;
+        received.replyReady = false;
+        connection.later(timing_.layoutLoad, window_, "set_current_layout_from_buff");
     }
-    if (!parts_.exchange.isAwaitingRlReply() && replyReady)
-        forgetBuffer();
+    if (!awaited.awaitingRlReply && received.replyReady)
+        received.forgetBuffer();
 }
 
 void ReadBack::takeOver()
 {
-    const std::string received = receiveBuffer.toStdString();
-    statusReply = received;
-    parts_.exchange.statusReplyTaken();
-    configurationReply = received;
-    parts_.exchange.bpReplyTaken(); // deliberate, here as below: "//rl" stays awaited to the end
-    layoutReply = replyValue(received, "//FF");
-    parts_.exchange.bpReplyTaken();
-    const bool applied = applyConfiguration();
-    parts_.exchange.rlReplyTaken();
-    if (replyReady)
-        forgetBuffer();
+    Connection &connection = parts_.link.connection();
+    if (!connection.road())
+        return;
+    ReceivedText &received = connection.received();
+    const std::string text = received.receiveBuffer.toStdString();
+    received.statusReply = text;
+    received.configurationReply = text;
+    received.layoutReply = replyValue(text, "//FF");
+    connection.awaited().awaitingStatusReply = false;
+    connection.awaited().awaitingBpReply = false;
+    const bool applied = applyConfiguration(connection);
+    connection.awaited().awaitingRlReply = false;
+    if (received.replyReady)
+        received.forgetBuffer();
     if (!applied)
-        retryOrGiveUp(); // after the take-over's last step, which would clear the retry's flags
+        retryOrGiveUp(connection); // after the last step, which would clear the retry's flags
 }
 
 void ReadBack::receiveNetwork()
 {
-    QByteArray datagram;
-    while (parts_.link.takeDatagram(datagram))
-        takeDatagramReply(QString::fromUtf8(datagram));
+    const QPointer<Connection> connection(&parts_.link.connection());
+    while (connection && !connection->hasEnded()) {
+        const std::optional<QByteArray> datagram = connection->takeNextArrived();
+        if (!datagram)
+            return;
+        takeDatagramReply(*connection, QString::fromUtf8(*datagram));
+    }
 }
 
-void ReadBack::takeDatagramReply(const QString &chunk)
+void ReadBack::takeDatagramReply(Connection &connection, const QString &chunk)
 {
-    if (deviceAnswered(chunk))
+    const QPointer<Connection> current(&connection);
+    ReceivedText &received = connection.received();
+    AwaitedAnswers &awaited = connection.awaited();
+    if (deviceAnswered(connection, chunk))
         show(chunk);
     const std::string text = chunk.toStdString();
-    if (parts_.exchange.isAwaitingStatusReply()) {
-        statusReply = text;
-        parts_.exchange.statusReplyTaken();
+    if (awaited.awaitingStatusReply) {
+        received.statusReply = text;
+        awaited.awaitingStatusReply = false;
     }
-    if (parts_.exchange.isAwaitingBpReply()) {
-        layoutReply = text;
-        parts_.exchange.bpReplyTaken();
-        if (horizontalDimensionSaved) {
-            horizontalDimensionSaved = false;
+    if (awaited.awaitingBpReply) {
+        received.layoutReply = text;
+        awaited.awaitingBpReply = false;
+        if (received.horizontalDimensionSaved) {
+            received.horizontalDimensionSaved = false;
             loadLayout(text);
-        } else if (!applyConfiguration()) {
-            retryOrGiveUp();
+        } else if (!applyConfiguration(connection)) {
+            retryOrGiveUp(connection);
         }
     }
-    noticeSavedLayout(text);
-    applyChunkRules(text);
+    if (!current || current->hasEnded()) // while the user was being told
+        return;
+    noticeSavedLayout(connection, text);
+    if (applyControlRules(text))
+        received.replyReady = true;
     if (parts_.replies.applyFrontPanel(text))
-        replyReady = true;
+        received.replyReady = true;
 }
 
 void ReadBack::loadLayoutFromBuffer()
 {
-    replyReady = false;
-    loadLayout(receiveBuffer.toStdString());
+    Connection &connection = parts_.link.connection();
+    if (!connection.road())
+        return;
+    connection.received().replyReady = false;
+    loadLayout(connection.received().receiveBuffer.toStdString());
 }
 
 void ReadBack::loadLayout(const std::string &reply)
@@ -118,19 +140,20 @@ void ReadBack::loadLayout(const std::string &reply)
     }
 }
 
-bool ReadBack::deviceAnswered(const QString &chunk)
+bool ReadBack::deviceAnswered(Connection &connection, const QString &chunk)
 {
-    if (parts_.controls.isConnected())
+    if (connection.isConnected())
         return true;
-    const QString recent = handshakeTail_ + chunk;
-    handshakeTail_ = recent.right(longestHandshake - 1);
+    QString &tail = connection.received().handshakeTail;
+    const QString recent = tail + chunk;
+    tail = recent.right(longestHandshake - 1);
     if (!recent.contains(QStringLiteral("//RL")) && !recent.contains(QStringLiteral("KM")))
         return false;
-    parts_.controls.markConnected(true);
+    connection.markConnected(true);
     parts_.controls.enableDeviceControls();
     parts_.controls.enableSettingsCombos();
     parts_.controls.setConnected();
-    configurationReply = chunk.toStdString();
+    connection.received().configurationReply = chunk.toStdString();
     return true;
 }
 
@@ -140,36 +163,35 @@ void ReadBack::show(const QString &chunk)
     QTimer::singleShot(timing_.scrollToEnd, &window_, SLOT(scroll_Cursor_to_the_end()));
 }
 
-void ReadBack::noticeSavedLayout(const std::string &text)
+void ReadBack::noticeSavedLayout(Connection &connection, const std::string &text)
 {
     if (text.find("Saving horizontal dimension as") == std::string::npos)
         return;
-    horizontalDimensionSaved = true;
-    receiveBuffer.clear();
+    connection.received().horizontalDimensionSaved = true;
+    connection.received().receiveBuffer.clear();
     parts_.exchange.sendBpQuery();
 }
 
-void ReadBack::applyChunkRules(const std::string &text)
+bool ReadBack::applyControlRules(const std::string &text)
 {
-    if (parts_.replies.applyKmControl(text))
-        replyReady = true;
-    if (parts_.replies.applyUsbControl(text))
-        replyReady = true;
+    const bool km = parts_.replies.applyKmControl(text);
+    const bool usb = parts_.replies.applyUsbControl(text);
+    return km || usb;
 }
 
-bool ReadBack::applyConfiguration()
+bool ReadBack::applyConfiguration(Connection &connection)
 {
+    ReceivedText &received = connection.received();
     parts_.controls.setHandlersArmed(false);
     bool applied = true;
     try {
-        if (!statusReply.empty())
-            parts_.replies.applyStatus(statusReply);
-        if (!configurationReply.empty())
-            parts_.replies.applyConfiguration(configurationReply);
-        parts_.layout.load(layoutReply);
-        configurationLoaded = true;
+        if (!received.statusReply.empty())
+            parts_.replies.applyStatus(received.statusReply);
+        if (!received.configurationReply.empty())
+            parts_.replies.applyConfiguration(received.configurationReply);
+        parts_.layout.load(received.layoutReply);
         parts_.controls.setHandlersArmed(true);
-        readRetryCount = 0;
+        received.readRetryCount = 0;
     } catch (const std::exception &) {
         applied = false;
     }
@@ -177,56 +199,44 @@ bool ReadBack::applyConfiguration()
     return applied;
 }
 
-void ReadBack::retryOrGiveUp()
+void ReadBack::retryOrGiveUp(Connection &connection)
 {
-    if (readRetryCount < mostRetries) {
-        ++readRetryCount;
+    if (connection.received().readRetryCount < mostRetries) {
+        ++connection.received().readRetryCount;
         refresh();
         return;
     }
+    connection.received().readRetryCount = 0;
+    const QPointer<Connection> current(&connection);
     showWarningBox(QStringLiteral("Error"), QStringLiteral("Setting data from TRQ error"));
-    configurationLoaded = true;
+    if (!current || current->hasEnded())
+        return;
     parts_.link.setSendEnabled(true);
     parts_.controls.setHandlersArmed(true);
     refreshAllowed = true;
-    readRetryCount = 0;
-}
-
-void ReadBack::forgetBuffer()
-{
-    receiveBuffer.clear();
-    replyReady = false;
 }
 
 void ReadBack::refresh()
 {
     parts_.controls.setHandlersArmed(false);
-    receiveBuffer.clear();
+    parts_.link.connection().received().receiveBuffer.clear();
     parts_.mouse.trimCustomEntries();
     askForEverything();
 }
 
 void ReadBack::readPlainly()
 {
-    receiveBuffer.clear();
+    parts_.link.connection().received().receiveBuffer.clear();
     askForEverything();
 }
 
 void ReadBack::askForEverything()
 {
-    parts_.controls.markConnected(false);
-    handshakeTail_.clear();
+    Connection &connection = parts_.link.connection();
+    connection.markConnected(false);
+    connection.received().handshakeTail.clear();
     parts_.exchange.sendAll();
     parts_.controls.setHandlersArmed(true);
-}
-
-void ReadBack::startOver()
-{
-    forgetBuffer();
-    horizontalDimensionSaved = false; // the layout that was to follow went with the former link
-    handshakeTail_.clear();
-    decoder_.resetState();
-    parts_.mouse.trimCustomEntries();
 }
 
 void ReadBack::refreshPressed()
@@ -242,11 +252,11 @@ void ReadBack::refreshPressed()
 
 void ReadBack::lockRefresh()
 {
-    parts_.refreshButton.setEnabled(false);
+    parts_.controls.setControlEnabled(parts_.refreshButton, false);
 }
 
 void ReadBack::unlockRefresh()
 {
     refreshAllowed = true;
-    parts_.refreshButton.setEnabled(true);
+    parts_.controls.setControlEnabled(parts_.refreshButton, true);
 }

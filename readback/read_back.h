@@ -1,10 +1,10 @@
 #pragma once
 
 #include <QString>
-#include <QStringDecoder>
 #include <chrono>
 #include <string>
 
+class Connection;
 class ConnectionControls;
 class DeviceLink;
 class InitialExchange;
@@ -18,8 +18,8 @@ class TerminalView;
 /// Reads the switch's configuration back: asks for it, collects what arrives, decides when an
 /// answer is complete, applies it and tries again when it does not parse.
 ///
-/// Owns the receive buffer, the three stored replies and the flags of the read under way. Its
-/// timers call the window's slots by name.
+/// What was received and what is still awaited lies with the connection; nothing of it reaches the
+/// next one. The timers call the window's slots by name.
 class ReadBack
 {
 public:
@@ -48,13 +48,15 @@ public:
     /// on.
     ReadBack(QObject &window, Parts parts, Timing timing);
 
-    /// Takes what the serial port holds.
+    /// Takes what has arrived on the serial line.
     void receiveSerial();
-    /// Takes every pending datagram, each as one reply.
+    /// Takes every datagram that has arrived, each as one reply.
     void receiveNetwork();
-    /// Serial link: takes the three replies out of the buffer and applies them.
+    /// Serial link: takes the three replies out of the buffer and applies them. Without a
+    /// connection: nothing.
     void takeOver();
     /// Loads the grid from the buffer. A malformed text leaves the grid as it is and is logged.
+    /// Without a connection: nothing.
     void loadLayoutFromBuffer();
 
     /// Starts a full read-back.
@@ -62,41 +64,26 @@ public:
     /// Reads the switch without disarming the settings controls first: for a settings file that was
     /// not chosen after all.
     void readPlainly();
-    /// Forgets what was received; another link begins.
-    void startOver();
 
     /// The Refresh button: at most one read-back per 1700 ms.
     void refreshPressed();
     void lockRefresh();
     void unlockRefresh();
 
-    bool isConfigurationLoaded() const { return configurationLoaded; }
-
 private:
-    bool deviceAnswered(const QString &chunk);
+    bool deviceAnswered(Connection &connection, const QString &chunk);
     void show(const QString &chunk);
-    void noticeSavedLayout(const std::string &text);
-    void applyChunkRules(const std::string &text);
-    void takeDatagramReply(const QString &chunk);
+    void noticeSavedLayout(Connection &connection, const std::string &text);
+    bool applyControlRules(const std::string &text);
+    void takeDatagramReply(Connection &connection, const QString &chunk);
     void loadLayout(const std::string &reply);
     void askForEverything();
-    bool applyConfiguration();
-    void retryOrGiveUp();
-    void forgetBuffer();
+    bool applyConfiguration(Connection &connection);
+    void retryOrGiveUp(Connection &connection);
 
     QObject &window_;
     Parts parts_;
     Timing timing_;
 
-    std::string configurationReply;
-    std::string statusReply;
-    std::string layoutReply;
-    QString receiveBuffer;
-    QString handshakeTail_; ///< the end of the last chunk, for a handshake that the line split
-    QStringDecoder decoder_{QStringDecoder::Utf8};
     bool refreshAllowed = true;
-    bool horizontalDimensionSaved = false;
-    bool replyReady = false;
-    bool configurationLoaded = true;
-    int readRetryCount = 0;
 };

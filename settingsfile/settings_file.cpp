@@ -1,7 +1,6 @@
 #include "settingsfile/settings_file.h"
 
 #include "connection/connection_controls.h"
-#include "connection/device_link.h"
 #include "device/command.h"
 #include "device/reply.h"
 #include "device/settings_text.h"
@@ -11,12 +10,13 @@
 #include "log/notices.h"
 #include "mouse/mouse_settings.h"
 #include "readback/combo_setting.h"
-#include "settingsfile/button_hold.h"
+#include "session/device_link.h"
 #include "settingsfile/settings_file_handler.h"
 
 #include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
+#include <QPointer>
 #include <algorithm>
 #include <exception>
 #include <optional>
@@ -93,20 +93,20 @@ SettingsFile::Dialogs SettingsFile::Dialogs::real(QWidget &window)
 SettingsFile::SettingsFile(QObject &window, Widgets widgets, Parts parts,
                            std::function<std::string()> kmType, std::function<void()> plainRead,
                            Timing timing, Dialogs dialogs)
-    : widgets_(std::move(widgets)), parts_(parts), kmType_(std::move(kmType)),
+    : window_(window), widgets_(widgets), parts_(parts), kmType_(std::move(kmType)),
       plainRead_(std::move(plainRead)), timing_(timing), dialogs_(std::move(dialogs))
 {
-    // One timer that starts anew: the second half of a load never comes from an earlier one.
-    secondPart_.setSingleShot(true);
-    secondPart_.setTimerType(Qt::PreciseTimer); // never early: the switch needs the time
-    QObject::connect(&secondPart_, SIGNAL(timeout()), &window,
-                     SLOT(load_second_part_of_settings()));
+    connect(&parts_.link, &DeviceLink::ended, this, &SettingsFile::abandonLoad);
 }
-
-SettingsFile::~SettingsFile() = default;
 
 void SettingsFile::create()
 {
+    if (parts_.mouse.areCustomEntriesAwaited()) {
+        showNoticeModal(QStringLiteral("The switch has not been read completely; nothing was "
+                                       "saved. Press Refresh."),
+                        QMessageBox::Warning);
+        return;
+    }
     guarded(createFailure, [this] {
         const QString path = dialogs_.saveName();
         if (path.isEmpty())
@@ -158,7 +158,9 @@ bool SettingsFile::isZen() const
 
 void SettingsFile::load()
 {
-    guarded(loadFailure, [this] {
+    // The dialog lets the world go on: the switch that the user meant may be gone at its end.
+    const QPointer<Connection> connection(&parts_.link.connection());
+    guarded(loadFailure, [&] {
         parts_.controls.setHandlersArmed(false);
         parts_.mouse.trimCustomEntries();
         parts_.handler.forget();
@@ -166,47 +168,73 @@ void SettingsFile::load()
         if (path.isEmpty())
             return;
         const QString problem = parts_.handler.read(path);
-        if (problem.isEmpty())
-            applyFirstPart();
-        else
+        if (!problem.isEmpty())
             reportFailure(problem.toStdString().c_str());
+        else if (!connection || connection->hasEnded())
+            sayIncomplete();
+        else
+            beginLoad();
     });
     if (!parts_.handler.isFileLoaded())
         plainRead_();
-    secondPart_.start(timing_.secondPart);
+    delete secondPart_; // the second half of a load never comes from an earlier one
+    secondPart_ =
+        parts_.link.connection().later(timing_.secondPart, window_, "load_second_part_of_settings");
+}
+
+void SettingsFile::beginLoad()
+{
+    isLoading_ = true;
+    parts_.controls.holdWhileLoading(true);
+    applyFirstPart();
+    parts_.controls.setHandlersArmed(true); // also where the file has none of these keys
+    parts_.handler.markLoaded();
 }
 
 void SettingsFile::applyFirstPart()
 {
-    if (!hold_) {
-        connectedAtLoad_ = parts_.controls.countsAsConnected();
-        hold_ = std::make_unique<ButtonHold>(widgets_.heldWhileLoading);
-    }
     applyKey(EntryType::KmControl, kmControlKey);
     for (std::size_t at = 0; at < customSettingKeys.size(); ++at)
         applyKey(member(EntryType::FirstCustomSetting, at), customSettingKeys.at(at));
     for (std::size_t at = 0; at < resolutionKeys.size(); ++at)
         applyKey(member(EntryType::FirstResolution, at), resolutionKeys.at(at));
-    parts_.controls.setHandlersArmed(true); // also where the file has none of these keys
-    parts_.handler.markLoaded();
 }
 
 void SettingsFile::loadSecondPart()
 {
-    const bool applied =
-        parts_.handler.isFileLoaded() && guarded(loadFailure, [this] { applySecondPart(); });
-    letGo();
+    if (!isLoading_)
+        return;
+    const bool applied = guarded(loadFailure, [this] { applySecondPart(); });
+    if (!isLoading_) // the connection ended on the way
+        return;
+    endLoad();
     if (applied)
         showNoticeModal(QStringLiteral("Settings file applied"), QMessageBox::Information);
 }
 
-void SettingsFile::letGo()
+void SettingsFile::endLoad()
 {
-    if (!hold_)
+    isLoading_ = false;
+    parts_.controls.holdWhileLoading(false);
+}
+
+void SettingsFile::abandonLoad()
+{
+    if (!isLoading_)
         return;
-    // A link that was lost meanwhile has left its controls disabled, and so they stay.
-    hold_->letGo(!connectedAtLoad_ || parts_.controls.countsAsConnected());
-    hold_.reset();
+    endLoad();
+    sayIncomplete();
+}
+
+/// Said when the event loop has its turn: what ended the connection may be about to begin another.
+void SettingsFile::sayIncomplete()
+{
+    static constexpr char incomplete[] =
+        "Settings file not applied completely: the connection ended";
+    writeLog(incomplete);
+    QMetaObject::invokeMethod(
+        this, [] { showNoticeModal(QString::fromLatin1(incomplete), QMessageBox::Warning); },
+        Qt::QueuedConnection);
 }
 
 void SettingsFile::applySecondPart()
@@ -225,6 +253,8 @@ void SettingsFile::applySecondPart()
 
 void SettingsFile::applyKey(EntryType type, std::string_view key)
 {
+    if (!isLoading_) // the connection ended under an earlier key
+        return;
     const std::optional<std::string> value = settingsValue(parts_.handler.text(), key);
     const bool sendable = type < EntryType::FirstDataLabel;
     if (!value || (sendable && value->empty())) {

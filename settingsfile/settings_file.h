@@ -1,15 +1,15 @@
 #pragma once
 
 #include <QList>
+#include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QTimer>
 #include <chrono>
 #include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
 
-class ButtonHold;
 class ConnectionControls;
 class DeviceLink;
 class LayoutGrid;
@@ -38,8 +38,13 @@ enum class EntryType {
 
 /// Saves the switch's configuration, as the window shows it, to a text file, and applies such a
 /// file to a switch in two halves, so that the switch can follow.
-class SettingsFile
+///
+/// A load belongs to the connection that it began on: when that one ends, what is left of the file
+/// is dropped, and the user is told.
+class SettingsFile : public QObject
 {
+    Q_OBJECT
+
 public:
     struct Timing
     {
@@ -53,7 +58,6 @@ public:
         QComboBox *activePorts;
         QComboBox *cursorRolling;
         QComboBox *mouseMode;
-        QList<QWidget *> heldWhileLoading; ///< disabled between the two halves of a load
     };
 
     struct Parts
@@ -80,14 +84,14 @@ public:
     /// key, `plainRead` reads the switch back.
     SettingsFile(QObject &window, Widgets widgets, Parts parts, std::function<std::string()> kmType,
                  std::function<void()> plainRead, Timing timing, Dialogs dialogs);
-    ~SettingsFile();
 
-    /// Asks for a name and writes the file, whole or not at all.
+    /// Asks for a name and writes the file, whole or not at all. While the custom settings are
+    /// still to come from the switch, it says so instead.
     void create();
     /// Asks for a file and applies its first half; the second follows some time later. Without a
     /// usable file the switch is read back instead.
     void load();
-    /// Applies the second half of the loaded file; does nothing when there is none.
+    /// Applies the second half of the file under way; does nothing when there is none.
     void loadSecondPart();
 
     /// Shows `value` in the window without sending anything, then sends it to the switch as it
@@ -100,21 +104,24 @@ private:
     std::string shownCoordinates(int channel) const;
     bool isZen() const;
     void applyKey(EntryType type, std::string_view key);
+    void beginLoad();
     void applyFirstPart();
     void applySecondPart();
-    void letGo();
+    void endLoad();
+    void abandonLoad();
+    void sayIncomplete();
     void show(EntryType type, const std::string &value);
     void showMouseMode(const std::string &value);
     void showLimitPorts(const std::string &value);
     void showGrid();
 
+    QObject &window_;
     Widgets widgets_;
     Parts parts_;
     std::function<std::string()> kmType_;
     std::function<void()> plainRead_;
     Timing timing_;
     Dialogs dialogs_;
-    QTimer secondPart_;
-    std::unique_ptr<ButtonHold> hold_;
-    bool connectedAtLoad_ = false;
+    QPointer<QTimer> secondPart_; ///< the connection's; the second half of one load at a time
+    bool isLoading_ = false;      ///< from the first half's beginning to the second one's end
 };

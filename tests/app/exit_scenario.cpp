@@ -33,11 +33,10 @@ void press(QWidget &dialog, const char *button)
 /// The network link alone, opened to a module that cannot be reached.
 void openUnreachable()
 {
-    LinkFactories factories = LinkFactories::real();
+    LinkFactories factories;
     factories.udpSocket = [] { return std::make_unique<UnreachableSocket>(); };
     openLog();
     LinkFixture fixture(factories);
-    fixture.tcpIp = true;
     fixture.link.setModule(QStringLiteral("127.0.0.1"), QString());
     fixture.link.openNetworkLink();
 }

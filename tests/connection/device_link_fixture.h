@@ -1,9 +1,10 @@
 #pragma once
 
 #include "connection/connection_controls.h"
-#include "connection/device_link.h"
+#include "connection/connection_presenter.h"
 #include "log/event_log.h"
 #include "log/terminal_view.h"
+#include "session/device_link.h"
 
 #include <QComboBox>
 #include <QFile>
@@ -15,11 +16,8 @@
 /// A link with just the widgets that it touches.
 struct LinkFixture
 {
-    explicit LinkFixture(LinkFactories factories = LinkFactories::real(),
-                         NetworkLinkSettings settings = {})
-        : link(
-              controls, terminal, {&ip, &name}, [this] { return tcpIp; }, settings,
-              std::move(factories))
+    explicit LinkFixture(LinkFactories factories = {}, DeviceLinkSettings settings = {})
+        : link(settings, std::move(factories)), presenter(link, controls, terminal, {&ip, &name})
     {
     }
 
@@ -42,7 +40,8 @@ struct LinkFixture
     QLabel name{&window};
     bool tcpIp = false;
     ConnectionControls controls{
-        {&indicator, &on, &off, &beepOn, &beepOff, {&device, &beepOn, &beepOff}, {&combo}}};
+        {&indicator, &on, &off, &beepOn, &beepOff, {&device, &beepOn, &beepOff}, {&combo}, {}}};
     TerminalView terminal{text};
     DeviceLink link;
+    ConnectionPresenter presenter;
 };

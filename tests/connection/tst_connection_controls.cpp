@@ -11,9 +11,7 @@ private Q_SLOTS:
     void disconnectedIsRedAndLeavesOnlyOn()
     {
         LinkFixture f;
-        f.controls.markConnected(true);
         f.controls.setDisconnected();
-        QVERIFY(!f.controls.isConnected());
         QCOMPARE(f.indicator.styleSheet(),
                  QStringLiteral(
                      "background-color: red; border-radius: 10px; height: 20px; width: 20px;"));
@@ -41,11 +39,13 @@ private Q_SLOTS:
     {
         LinkFixture f;
         f.controls.setDisconnected();
-        f.controls.explainDisconnection(QStringLiteral("ttyUSB0 could not be opened"));
+        f.controls.explain(QStringLiteral("Disconnected: ttyUSB0 could not be opened"));
         QCOMPARE(f.indicator.toolTip(),
                  QStringLiteral("Disconnected: ttyUSB0 could not be opened"));
+        QCOMPARE(f.on.toolTip(), f.indicator.toolTip());
         f.controls.setConnected();
         QCOMPARE(f.indicator.toolTip(), QStringLiteral("Connected"));
+        QCOMPARE(f.on.toolTip(), QString());
     }
 
     void groupsAreSwitchedTogether()

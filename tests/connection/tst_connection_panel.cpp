@@ -1,13 +1,15 @@
 #include "connection/connection_panel.h"
-#include "connection/initial_exchange.h"
 #include "device_link_fixture.h"
+#include "session/initial_exchange.h"
 #include "session/serial_ports.h"
 #include "support/dialog_recorder.h"
 #include "support/scripted_switch.h"
 
+#include <QPointer>
 #include <QSerialPortInfo>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 #include <QUdpSocket>
 
 /// Stands for the window: has the slot that the watchdog's timer calls by name.
@@ -30,9 +32,10 @@ public Q_SLOTS:
 namespace {
 struct PanelFixture : LinkFixture
 {
-    explicit PanelFixture(NetworkLinkSettings settings = {})
-        : LinkFixture(LinkFactories::real(), settings), exchange(link),
-          panel(timerTarget, link, controls, exchange, ports, {std::chrono::milliseconds(40)})
+    explicit PanelFixture(DeviceLinkSettings settings = {})
+        : LinkFixture({}, settings), exchange(link),
+          panel(timerTarget, link, controls, exchange, ports, [this] { return tcpIp; },
+                {std::chrono::milliseconds(40)})
     {
         timerTarget.panel = &panel;
         controls.setDisconnected();
@@ -62,22 +65,22 @@ private Q_SLOTS:
         PanelFixture f;
         f.ports.addItems({first.path(), second.path()});
         f.link.openSerialLink(first.path().toStdString());
-        QSignalSpy startingOver(&f.panel, &ConnectionPanel::startingOver);
+        const QPointer<Connection> former(&f.link.connection());
         f.controls.setConnected();
-        f.controls.markConnected(true);
+        f.link.connection().markConnected(true);
 
         f.ports.setCurrentIndex(1);
         f.panel.openSelectedPort();
         QTRY_COMPARE(device.commands().size(), 3);
         QCOMPARE(device.commands(), (QList<QByteArray>{"//rl", "//??", "//BP"}));
-        QCOMPARE(startingOver.count(), 1);
+        QVERIFY(!former);
         QVERIFY(f.controls.areHandlersArmed());
-        QVERIFY(!f.controls.isConnected());
+        QVERIFY(!f.link.connection().isConnected());
         QVERIFY(!f.device.isEnabled());
-        QVERIFY(f.exchange.isAwaitingRlReply());
-        QVERIFY(f.exchange.isAwaitingStatusReply());
-        QVERIFY(f.exchange.isAwaitingBpReply());
-        QCOMPARE(f.link.openSerialLinks(), 1);
+        QVERIFY(f.link.connection().awaited().awaitingRlReply);
+        QVERIFY(f.link.connection().awaited().awaitingStatusReply);
+        QVERIFY(f.link.connection().awaited().awaitingBpReply);
+        QCOMPARE(f.link.serialOpenCount(), 1);
         QVERIFY(first.read().isEmpty());
     }
 
@@ -88,31 +91,32 @@ private Q_SLOTS:
         f.ports.addItem(cable.path());
         QSignalSpy wanted(&f.panel, &ConnectionPanel::readBackWanted);
         f.panel.switchOn();
-        QCOMPARE(f.link.openSerialLinks(), 1);
+        QCOMPARE(f.link.serialOpenCount(), 1);
         QCOMPARE(wanted.count(), 1);
     }
 
-    void offClosesAndTurnsRedOnlyWhatWasConnected()
+    void offEndsTheConnectionWhetherOrNotItHasAnswered()
     {
-        PtyPair cable;
-        PanelFixture f;
-        f.link.openSerialLink(cable.path().toStdString());
-        f.controls.markConnected(true);
-        f.controls.setConnected();
-        f.panel.switchOff();
-        QVERIFY(!f.link.hasSerialPort());
-        QVERIFY(!f.controls.isConnected());
-        QVERIFY(f.on.isEnabled());
-        f.controls.setConnected(); // without having answered: Off leaves the look as it is
-        f.panel.switchOff();
-        QVERIFY(!f.on.isEnabled());
+        for (const bool answered : {true, false}) {
+            PtyPair cable;
+            PanelFixture f;
+            f.link.openSerialLink(cable.path().toStdString());
+            f.controls.enableDeviceControls();
+            f.controls.setConnected();
+            f.link.connection().markConnected(answered); // a refresh takes it back for a while
+            f.panel.switchOff();
+            QVERIFY(!f.link.hasSerialPort());
+            QVERIFY(!f.link.connection().isConnected());
+            QVERIFY(f.on.isEnabled() && !f.off.isEnabled());
+            QVERIFY(!f.device.isEnabled() && !f.combo.isEnabled());
+        }
     }
 
     void theWatchdogIsSilentOnceTheSwitchHasAnswered()
     {
         QUdpSocket module;
         QVERIFY(module.bind(QHostAddress::LocalHost, 0));
-        PanelFixture f({module.localPort(), std::chrono::seconds(3)});
+        PanelFixture f({module.localPort()});
         f.tcpIp = true;
         f.link.setModule(QStringLiteral("127.0.0.1"), QString());
         DialogRecorder dialogs;
@@ -126,15 +130,19 @@ private Q_SLOTS:
     {
         QUdpSocket module;
         QVERIFY(module.bind(QHostAddress::LocalHost, 0));
-        PanelFixture f({module.localPort(), std::chrono::seconds(3)});
+        PanelFixture f({module.localPort()});
         f.tcpIp = true;
         f.link.setModule(QStringLiteral("127.0.0.1"), QString());
         DialogRecorder dialogs;
         f.panel.switchOn();
         f.panel.switchOff();
-        QTRY_COMPARE(f.timerTarget.judged, 1);
-        QVERIFY(dialogs.seen().isEmpty());
         QVERIFY(!f.link.hasUdpSocket());
+        bool later = false;
+        QTimer::singleShot(80, this, [&] { later = true; }); // the watchdog would have been first
+        QTRY_VERIFY(later);
+        QCOMPARE(f.timerTarget.judged, 0);
+        f.timerTarget.is_not_Connected_Message(); // and has nothing to say by itself
+        QVERIFY(dialogs.seen().isEmpty());
     }
 
     void extraPortsComeBeforeTheSystemsOwn()

@@ -45,7 +45,7 @@ private:
 
 LinkFactories withPort(ThrowingPort::Where where)
 {
-    LinkFactories factories = LinkFactories::real();
+    LinkFactories factories = LinkFactories();
     factories.serialPort = [where](const QString &name) {
         return std::make_unique<ThrowingPort>(name, where);
     };
@@ -71,7 +71,7 @@ private:
 struct Module
 {
     Module() { socket.bind(QHostAddress::LocalHost, 0); }
-    NetworkLinkSettings settings() const { return {socket.localPort(), std::chrono::seconds(3)}; }
+    DeviceLinkSettings settings() const { return {socket.localPort()}; }
     QByteArray next()
     {
         if (!socket.hasPendingDatagrams())
@@ -96,7 +96,6 @@ private Q_SLOTS:
         LinkFixture f;
         DialogRecorder dialogs;
         f.link.forwardCommand("//rl");
-        f.tcpIp = true;
         f.link.forwardCommand("//rl");
         QCoreApplication::processEvents();
         QVERIFY(dialogs.seen().isEmpty());
@@ -108,7 +107,7 @@ private Q_SLOTS:
         PtyPair cable;
         LinkFixture f;
         f.link.openSerialLink(cable.path().toStdString());
-        QCOMPARE(f.link.openSerialLinks(), 1);
+        QCOMPARE(f.link.serialOpenCount(), 1);
         std::string command = "//??";
         f.link.sendCommand(command);
         QCOMPARE(cable.waitForBytes(5), QByteArray("\x2F\x2F\x3F\x3F\x0D"));
@@ -118,7 +117,7 @@ private Q_SLOTS:
     void theLineIs115200With8N1AndNoFlowControl()
     {
         PtyPair cable;
-        LinkFactories factories = LinkFactories::real();
+        LinkFactories factories = LinkFactories();
         QSerialPort *made = nullptr;
         factories.serialPort = [&](const QString &name) {
             auto port = std::make_unique<QSerialPort>(name);
@@ -139,7 +138,7 @@ private Q_SLOTS:
     {
         PtyPair cable;
         Module module;
-        LinkFixture f(LinkFactories::real(), module.settings());
+        LinkFixture f(LinkFactories(), module.settings());
         f.link.setModule(QStringLiteral("127.0.0.1"), QStringLiteral("DESK"));
         f.link.openSerialLink(cable.path().toStdString());
         f.link.setSendEnabled(false);
@@ -148,7 +147,6 @@ private Q_SLOTS:
         f.link.forwardCommand("//c2");
         QCOMPARE(cable.waitForBytes(5), QByteArray("//c2\r"));
 
-        f.tcpIp = true;
         f.link.openNetworkLink();
         f.link.setSendEnabled(false);
         f.link.forwardCommand("//c3");
@@ -161,8 +159,7 @@ private Q_SLOTS:
     void oneCommandIsOneDatagram()
     {
         Module module;
-        LinkFixture f(LinkFactories::real(), module.settings());
-        f.tcpIp = true;
+        LinkFixture f(LinkFactories(), module.settings());
         f.link.setModule(QStringLiteral("127.0.0.1"), QStringLiteral("DESK"));
         f.link.openNetworkLink();
         f.link.forwardCommand("//rl");
@@ -177,41 +174,37 @@ private Q_SLOTS:
     {
         PtyPair cable;
         Module module;
-        LinkFixture f(LinkFactories::real(), module.settings());
+        LinkFixture f(LinkFactories(), module.settings());
         f.link.setModule(QStringLiteral("127.0.0.1"), QString());
-        f.tcpIp = true;
         f.link.openNetworkLink();
-        QCOMPARE(f.link.openNetworkLinks(), 1);
+        QCOMPARE(f.link.socketOpenCount(), 1);
         f.device.setEnabled(true);
 
-        f.tcpIp = false;
         f.link.openSerialLink(cable.path().toStdString());
-        QCOMPARE(f.link.openNetworkLinks(), 0);
+        QCOMPARE(f.link.socketOpenCount(), 0);
         QVERIFY(!f.link.hasUdpSocket());
-        QCOMPARE(f.link.openSerialLinks(), 1);
+        QCOMPARE(f.link.serialOpenCount(), 1);
         QVERIFY(!f.device.isEnabled());
 
-        f.tcpIp = true;
         f.link.openNetworkLink();
         QVERIFY(!f.link.hasSerialPort());
-        QCOMPARE(f.link.openSerialLinks(), 0);
-        QCOMPARE(f.link.openNetworkLinks(), 1);
+        QCOMPARE(f.link.serialOpenCount(), 0);
+        QCOMPARE(f.link.socketOpenCount(), 1);
     }
 
     void reopeningTheNetworkLinkClearsTheTerminalAndDisconnects()
     {
         Module module;
-        LinkFixture f(LinkFactories::real(), module.settings());
-        f.tcpIp = true;
+        LinkFixture f(LinkFactories(), module.settings());
         f.link.setModule(QStringLiteral("127.0.0.1"), QString());
         f.link.openNetworkLink();
         f.terminal.append(QStringLiteral("old text"));
-        f.controls.markConnected(true);
+        f.link.connection().markConnected(true);
         f.controls.setConnected();
         f.link.openNetworkLink();
         QCOMPARE(f.text.toPlainText(), QString());
-        QVERIFY(!f.controls.isConnected());
-        QCOMPARE(f.link.openNetworkLinks(), 1);
+        QVERIFY(!f.link.connection().isConnected());
+        QCOMPARE(f.link.socketOpenCount(), 1);
     }
 
     void closingLeavesNoLinkAndNoControls()
@@ -221,11 +214,11 @@ private Q_SLOTS:
         f.link.openSerialLink(cable.path().toStdString());
         f.link.closeActiveLink();
         QVERIFY(!f.link.hasSerialPort());
-        QCOMPARE(f.link.openSerialLinks(), 0);
+        QCOMPARE(f.link.serialOpenCount(), 0);
         QVERIFY(!f.device.isEnabled());
         QVERIFY(!f.combo.isEnabled());
         f.link.closeActiveLink();
-        QCOMPARE(f.link.openSerialLinks(), 0);
+        QCOMPARE(f.link.serialOpenCount(), 0);
     }
 
     void aPortThatDoesNotOpenIsLoggedAndShownNowhereElse()
@@ -235,14 +228,16 @@ private Q_SLOTS:
         f.link.openSerialLink("/dev/no_such_port");
         QCoreApplication::processEvents();
         QVERIFY(dialogs.seen().isEmpty());
-        QCOMPARE(f.link.openSerialLinks(), 0);
+        QCOMPARE(f.link.serialOpenCount(), 0);
         QVERIFY2(f.log().contains("/dev/no_such_port could not be opened: "), f.log().constData());
         QVERIFY(f.indicator.toolTip().startsWith(
             QStringLiteral("Disconnected: /dev/no_such_port could not be opened: ")));
+        QVERIFY(f.on.toolTip() == f.indicator.toolTip());
+        QVERIFY(!f.device.isEnabled() && !f.combo.isEnabled());
         f.link.closeSerialLink();
         PtyPair cable;
         f.link.openSerialLink(cable.path().toStdString());
-        QCOMPARE(f.link.openSerialLinks(), 1);
+        QCOMPARE(f.link.serialOpenCount(), 1);
     }
 
     void missingPermissionNamesTheDevicesGroup()
@@ -255,7 +250,7 @@ private Q_SLOTS:
         const int before = ::setfsuid(65534);
         f.link.openSerialLink(cable.path().toStdString());
         ::setfsuid(static_cast<uid_t>(before));
-        QCOMPARE(f.link.openSerialLinks(), 0);
+        QCOMPARE(f.link.serialOpenCount(), 0);
         const QString group = QFileInfo(cable.path()).group();
         QVERIFY(!group.isEmpty());
         const QString expected = QStringLiteral("(the device belongs to the group %1)").arg(group);
@@ -269,15 +264,15 @@ private Q_SLOTS:
         LinkFixture f;
         const QString path = cable->path();
         f.link.openSerialLink(path.toStdString());
-        f.controls.markConnected(true);
+        f.link.connection().markConnected(true);
         f.controls.setConnected();
-        QSignalSpy broken(&f.link, &DeviceLink::linkBroken);
+        QSignalSpy broken(&f.link, &DeviceLink::broken);
         DialogRecorder dialogs;
         cable->pull();
         QTRY_COMPARE(broken.count(), 1);
         QVERIFY(!f.link.hasSerialPort());
-        QCOMPARE(f.link.openSerialLinks(), 0);
-        QVERIFY(!f.controls.isConnected());
+        QCOMPARE(f.link.serialOpenCount(), 0);
+        QVERIFY(!f.link.connection().isConnected());
         QVERIFY(f.indicator.styleSheet().contains(QStringLiteral("red")));
         QVERIFY(!f.device.isEnabled());
         QTRY_COMPARE(dialogs.seen().size(), 1);
@@ -296,7 +291,7 @@ private Q_SLOTS:
         auto cable = std::make_unique<PtyPair>();
         LinkFixture f;
         f.link.openSerialLink(cable->path().toStdString());
-        QSignalSpy broken(&f.link, &DeviceLink::linkBroken);
+        QSignalSpy broken(&f.link, &DeviceLink::broken);
         DialogRecorder dialogs;
         cable->pull();
         f.link.forwardCommand("//rl");
@@ -333,10 +328,9 @@ private Q_SLOTS:
     void aSocketThatCannotBeClosedIsReported()
     {
         Module module;
-        LinkFactories factories = LinkFactories::real();
+        LinkFactories factories = LinkFactories();
         factories.udpSocket = [] { return std::make_unique<ThrowingSocket>(); };
         LinkFixture f(factories, module.settings());
-        f.tcpIp = true;
         f.link.setModule(QStringLiteral("127.0.0.1"), QString());
         f.link.openNetworkLink();
         DialogRecorder dialogs;
@@ -346,63 +340,23 @@ private Q_SLOTS:
 
     void aSocketThatCannotBeMadeIsReported()
     {
-        LinkFactories factories = LinkFactories::real();
+        LinkFactories factories = LinkFactories();
         factories.udpSocket = []() -> std::unique_ptr<QUdpSocket> {
             throw std::runtime_error("socket");
         };
         LinkFixture f(factories);
-        f.tcpIp = true;
         DialogRecorder dialogs;
         f.link.openNetworkLink();
         expectFailure(f, dialogs, QStringLiteral("Connection to socket error"));
-        QCOMPARE(f.link.openNetworkLinks(), 0);
-    }
-
-    void aConversionThatFailsGivesNoBytes()
-    {
-        LinkFactories factories = LinkFactories::real();
-        factories.frame = [](std::string &, const HexConversion &) -> QByteArray {
-            throw std::runtime_error("frame");
-        };
-        LinkFixture f(factories);
-        DialogRecorder dialogs;
-        std::string command = "//rl";
-        QCOMPARE(f.link.frame(command), QByteArray());
-        expectFailure(f, dialogs, QStringLiteral("Bytes converting error"));
-    }
-
-    void aHexConversionThatFailsGivesNoBytes()
-    {
-        LinkFactories factories = LinkFactories::real();
-        factories.toHexText = [](const std::string &) -> std::string {
-            throw std::runtime_error("hex");
-        };
-        LinkFixture f(factories);
-        DialogRecorder dialogs;
-        std::string command = "//rl";
-        QCOMPARE(f.link.frame(command), QByteArray());
-        expectFailure(f, dialogs, QStringLiteral("Hex converting error"));
+        QCOMPARE(f.link.socketOpenCount(), 0);
     }
 
     void writingPastTheGateWithoutALinkIsHarmless()
     {
         LinkFixture f;
         f.link.writeDirectly("//FF01B01\r");
-        f.tcpIp = true;
         f.link.writeDirectly("//FF01B01\r");
         QVERIFY(!f.link.hasSerialPort() && !f.link.hasUdpSocket());
-    }
-
-    void theOtherMethodsCounterOpensTheGateButNothingIsWritten()
-    {
-        PtyPair cable;
-        LinkFixture f;
-        f.link.openSerialLink(cable.path().toStdString());
-        f.tcpIp = true;
-        f.link.forwardCommand("//c1");
-        f.tcpIp = false;
-        f.link.forwardCommand("//c2");
-        QCOMPARE(cable.waitForBytes(5), QByteArray("//c2\r"));
     }
 
 private:

@@ -124,26 +124,6 @@ private Q_SLOTS:
         QVERIFY(s_->bench.isSilent());
     }
 
-    void aCommandThatCannotBeConvertedIsReported()
-    {
-        LinkFactories failing = LinkFactories::real();
-        failing.frame = [](std::string &, const auto &) -> QByteArray {
-            throw std::runtime_error("no bytes");
-        };
-        LinkBench bench(failing);
-        bench.open();
-        s_->activePorts.setCurrentIndex(1);
-        LayoutSubmission submission(s_->grid(), bench.link(), s_->activePorts);
-        submission.submit();
-        QCOMPARE(s_->user.seen().size(), 2);
-        QCOMPARE(s_->user.seen().last().text, QStringLiteral("Bytes converting error"));
-        QCOMPARE(s_->user.seen().last().icon, QMessageBox::Warning);
-        QFile log(eventLogPath());
-        QVERIFY(log.open(QIODevice::ReadOnly));
-        QVERIFY(log.readAll().contains("Bytes converting error   "));
-        QCOMPARE(s_->activePorts.currentIndex(), 1);
-    }
-
     void aReplyPlacesTheChannels()
     {
         s_->submission.load("01B05 02B06 03B07 04B08");

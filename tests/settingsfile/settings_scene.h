@@ -45,16 +45,15 @@ public:
                  &y},
                 bench.link(), bench.controls(), {std::chrono::milliseconds(20)}),
           file(
-              window,
-              {&kmControl,
-               &usbControl,
-               &activePorts,
-               &cursorRolling,
-               &mouseMode,
-               {&load, &refresh}},
+              window, {&kmControl, &usbControl, &activePorts, &cursorRolling, &mouseMode},
               {handler, bench.link(), bench.controls(), mouse, table.grid, layout},
               [this] { return kmType; }, [this] { ++plainReads; }, {secondPart},
-              {[this] { return saveName; }, [this] { return openName; }})
+              {[this] { return saveName; },
+               [this] {
+                   if (whileOpening)
+                       whileOpening();
+                   return openName;
+               }})
     {
         window.secondPart = [this] { file.loadSecondPart(); };
         fill(kmControl, {"1", "2", "3", "4"});
@@ -121,7 +120,9 @@ public:
     QTemporaryDir folder;
     DialogRecorder user;
     SettingsWindow window;
-    LinkBench bench;
+    QPushButton load;
+    QPushButton refresh;
+    LinkBench bench{{&load, &refresh}};
     GridBench table;
     QComboBox kmControl;
     QComboBox usbControl;
@@ -134,10 +135,9 @@ public:
     QLineEdit name;
     QLineEdit x;
     QLineEdit y;
-    QPushButton load;
-    QPushButton refresh;
     QString saveName;
     QString openName;
+    std::function<void()> whileOpening; ///< what happens while the open dialog is shown
     std::string kmType = "orca";
     int plainReads = 0;
     SettingsFileHandler handler;

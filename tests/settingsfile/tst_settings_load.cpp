@@ -31,6 +31,9 @@ constexpr char exampleText[] = "KM Control: //c3\n"
                                "Buzzer: //B1\n"
                                "Mouse Mode: //km\n";
 
+const auto incomplete =
+    QStringLiteral("Settings file not applied completely: the connection ended");
+
 const QByteArrayList firstHalf = {"//c3\r",
                                   "//MM C1 100 250 OFFICE\r",
                                   "//MM C2 120 080 DESK\r",
@@ -476,7 +479,7 @@ private Q_SLOTS:
         s_->file.load();
         QVERIFY(!s_->load.isEnabled());
         QVERIFY(!s_->refresh.isEnabled());
-        s_->refresh.setEnabled(true); // as the Refresh button's own timer does
+        s_->bench.controls().setControlEnabled(s_->refresh, true); // as Refresh's own timer does
         QVERIFY(!s_->refresh.isEnabled());
         bool backWithTheNotice = false;
         s_->user.beforeOk([&](QMessageBox &) {
@@ -485,9 +488,8 @@ private Q_SLOTS:
         QTRY_VERIFY(s_->user.sawText(QStringLiteral("Settings file applied")));
         QVERIFY(backWithTheNotice);
         QVERIFY(s_->load.isEnabled());
-        s_->load.setEnabled(false); // nobody holds them any more
-        s_->load.setEnabled(true);
-        QVERIFY(s_->load.isEnabled());
+        s_->bench.controls().setControlEnabled(s_->load, false); // nobody holds them any more
+        QVERIFY(!s_->load.isEnabled());
     }
 
     void aButtonThatWasDisabledComesBackDisabled()
@@ -500,16 +502,36 @@ private Q_SLOTS:
         QVERIFY(!s_->refresh.isEnabled());
     }
 
-    void afterALostLinkTheButtonsStayDisabled()
+    void aConnectionThatEndsTakesTheSecondHalfWithIt()
     {
         s_->bench.controls().setConnected();
         s_->offer(exampleText);
         s_->file.load();
+        QCOMPARE(s_->bench.commands(9), firstHalf);
         s_->bench.link().closeNetworkLink();
-        s_->bench.controls().setDisconnected();
-        QTRY_VERIFY(s_->user.sawText(QStringLiteral("Settings file applied")));
+        QTRY_VERIFY(s_->user.sawText(incomplete));
         QVERIFY(!s_->load.isEnabled());
         QVERIFY(!s_->refresh.isEnabled());
+        s_->bench.open(); // another switch at the same address
+        waitForSecondPart();
+        s_->file.loadSecondPart();
+        QVERIFY(s_->bench.isSilent());
+        QCOMPARE(s_->seenTexts(), QStringList{incomplete});
+        QCOMPARE(s_->log().count("Settings file not applied completely"), 1);
+    }
+
+    void aConnectionThatEndsUnderTheDialogGetsNothingOfTheFile()
+    {
+        s_->offer(exampleText);
+        s_->whileOpening = [this] {
+            s_->bench.link().closeNetworkLink();
+            s_->bench.open();
+        };
+        s_->file.load();
+        QTRY_COMPARE(s_->seenTexts(), QStringList{incomplete});
+        QCOMPARE(s_->plainReads, 1); // the other switch is read instead
+        QVERIFY(s_->bench.isSilent());
+        QCOMPARE(s_->kmControl.currentIndex(), 0);
     }
 
     void aSavedSwitchIsCarriedToAnother()

@@ -147,12 +147,7 @@ private Q_SLOTS:
         LayoutSubmission layout(grid, s_->bench.link(), s_->activePorts);
         SettingsFile file(
             s_->window,
-            {&s_->kmControl,
-             &s_->usbControl,
-             &s_->activePorts,
-             &s_->cursorRolling,
-             &s_->mouseMode,
-             {}},
+            {&s_->kmControl, &s_->usbControl, &s_->activePorts, &s_->cursorRolling, &s_->mouseMode},
             {s_->handler, s_->bench.link(), s_->bench.controls(), s_->mouse, grid, layout},
             [] { return std::string("orca"); }, [] {}, {std::chrono::milliseconds(30)},
             {[this] { return s_->saveName; }, [] { return QString(); }});

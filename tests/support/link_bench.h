@@ -1,8 +1,9 @@
 #pragma once
 
 #include "connection/connection_controls.h"
-#include "connection/device_link.h"
+#include "connection/connection_presenter.h"
 #include "log/terminal_view.h"
+#include "session/device_link.h"
 
 #include <QByteArrayList>
 #include <QHostAddress>
@@ -18,12 +19,12 @@
 class LinkBench
 {
 public:
-    explicit LinkBench(LinkFactories factories = LinkFactories::real())
+    /// `held` are the device controls, all of which a settings file holds.
+    explicit LinkBench(const QList<QWidget *> &held = {}, LinkFactories factories = {})
         : terminal_(terminalView_),
-          controls_({&indicator_, &on_, &off_, &beepOn_, &beepOff_, {}, {}}),
-          link_(
-              controls_, terminal_, {&ip_, &name_}, [] { return true; }, {boundPort(device_)},
-              std::move(factories))
+          controls_({&indicator_, &on_, &off_, &beepOn_, &beepOff_, held, {}, held}),
+          link_({boundPort(device_)}, std::move(factories)),
+          presenter_(link_, controls_, terminal_, {&ip_, &name_})
     {
         link_.setModule(QStringLiteral("127.0.0.1"), QStringLiteral("bench"));
     }
@@ -76,4 +77,5 @@ private:
     ConnectionControls controls_;
     QUdpSocket device_;
     DeviceLink link_;
+    ConnectionPresenter presenter_;
 };

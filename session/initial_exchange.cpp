@@ -1,23 +1,23 @@
-#include "connection/initial_exchange.h"
+#include "session/initial_exchange.h"
 
-#include "connection/device_link.h"
 #include "device/read_back_commands.h"
+#include "session/device_link.h"
 
 void InitialExchange::sendConfigurationQuery()
 {
-    awaitingRlReply = true;
+    link_.connection().awaited().awaitingRlReply = true;
     link_.forwardCommand(readConfigurationCommand);
 }
 
 void InitialExchange::sendStatusQuery()
 {
-    awaitingStatusReply = true;
+    link_.connection().awaited().awaitingStatusReply = true;
     link_.forwardCommand(readStatusCommand);
 }
 
 void InitialExchange::sendBpQuery()
 {
-    awaitingBpReply = true;
+    link_.connection().awaited().awaitingBpReply = true;
     link_.forwardCommand(readLayoutCommand);
 }
 
@@ -26,4 +26,5 @@ void InitialExchange::sendAll()
     sendConfigurationQuery();
     sendStatusQuery();
     sendBpQuery();
+    link_.connection().watchForAnswer(link_.noAnswerWait());
 }

@@ -1,0 +1,73 @@
+#include "session/udp_switch_link.h"
+
+#include <QNetworkDatagram>
+#include <QPointer>
+#include <utility>
+
+namespace {
+/// Datagrams taken in one go: a flood must not hold the thread.
+constexpr int burst = 64;
+} // namespace
+
+UdpSwitchLink::UdpSwitchLink(const QHostAddress &address, quint16 port,
+                             std::unique_ptr<QUdpSocket> socket)
+    : address_(address), port_(port), udpSocket(std::move(socket))
+{
+}
+
+UdpSwitchLink::~UdpSwitchLink()
+{
+    udpSocket->disconnect(this);
+}
+
+void UdpSwitchLink::open()
+{
+    connect(udpSocket.get(), &QUdpSocket::readyRead, this, &UdpSwitchLink::read);
+    connect(udpSocket.get(), &QUdpSocket::errorOccurred, this, [this] {
+        if (udpSocket->state() == QAbstractSocket::UnconnectedState)
+            Q_EMIT failed(udpSocket->errorString());
+    });
+    connect(udpSocket.get(), &QUdpSocket::connected, this, &UdpSwitchLink::opened);
+    udpSocket->connectToHost(address_, port_, QIODevice::ReadWrite);
+}
+
+bool UdpSwitchLink::isOpen() const
+{
+    return udpSocket->state() == QAbstractSocket::ConnectedState;
+}
+
+bool UdpSwitchLink::waitForOpened(std::chrono::milliseconds wait)
+{
+    return udpSocket->waitForConnected(static_cast<int>(wait.count()));
+}
+
+void UdpSwitchLink::write(const QByteArray &bytes)
+{
+    if (!isOpen())
+        return;
+    // The report that an earlier datagram found nobody comes out of the next write, which is then
+    // not done at all.
+    if (udpSocket->write(bytes) < 0 &&
+        udpSocket->error() == QAbstractSocket::ConnectionRefusedError)
+        udpSocket->write(bytes);
+}
+
+void UdpSwitchLink::close()
+{
+    udpSocket->disconnect(this);
+    udpSocket->close();
+}
+
+void UdpSwitchLink::read()
+{
+    const QPointer<UdpSwitchLink> self(this);
+    int taken = 0;
+    // One is taken whatever the socket says of pending ones: where a report stands in front, it
+    // says that there are none, and a notification that nothing is taken for is the last.
+    do {
+        const QNetworkDatagram datagram = udpSocket->receiveDatagram();
+        if (datagram.isValid())
+            Q_EMIT received(datagram.data());
+        ++taken;
+    } while (self && isOpen() && taken < burst && udpSocket->hasPendingDatagrams());
+}
