@@ -1,6 +1,7 @@
 #include "app/main_window.h"
 
 #include "log/event_log.h"
+#include "log/notices.h"
 #include "log/window_dress.h"
 #include "ui_main_window.h"
 
@@ -118,6 +119,7 @@ KM_Configuration_Tool_Norvik::KM_Configuration_Tool_Norvik(
           fileDialogs ? *fileDialogs : SettingsFile::Dialogs::real(*this))
 {
     dressWindow(*this, windowSize);
+    setNoticeWindow(this);
     setFocusPolicy(Qt::StrongFocus);
     ui_->pushButton_Refresh->setIconSize(refreshIconSize);
     ui_->pushButton_Refresh->setIcon(QIcon(QStringLiteral(":/img/logos/refresh.png")));

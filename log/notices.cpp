@@ -3,10 +3,28 @@
 #include "log/event_log.h"
 #include "log/window_dress.h"
 
+#include <QApplication>
 #include <QFont>
+#include <QPointer>
+#include <QWindow>
 #include <cstdlib>
 
 namespace {
+QPointer<QWidget> noticeWindow; // NOLINT(cert-err58-cpp): a null pointer cannot throw
+
+/// Not a child of the window: it would take over the window's style sheet.
+void keepOverWindow(QMessageBox &box)
+{
+    box.setAttribute(Qt::WA_QuitOnClose, false);
+    const QWidget *const modal = QApplication::activeModalWidget();
+    const QWidget *const owner = modal != nullptr ? modal->window() : noticeWindow.data();
+    if (box.parentWidget() != nullptr || owner == nullptr || owner == &box ||
+        owner->windowHandle() == nullptr)
+        return;
+    (void)box.winId(); // makes the handle
+    box.windowHandle()->setTransientParent(owner->windowHandle());
+}
+
 void dressNotice(const QString &text, QMessageBox::Icon icon, QMessageBox &box)
 {
     box.setFont(QFont(QStringLiteral("Segoe UI"), 12));
@@ -17,8 +35,14 @@ void dressNotice(const QString &text, QMessageBox::Icon icon, QMessageBox &box)
     box.setTextFormat(Qt::PlainText);
     box.setText(text);
     box.setStandardButtons(QMessageBox::Ok);
+    keepOverWindow(box);
 }
 } // namespace
+
+void setNoticeWindow(QWidget *window)
+{
+    noticeWindow = window;
+}
 
 void showNotice(const QString &text, QMessageBox::Icon icon, QMessageBox &box)
 {
@@ -36,7 +60,9 @@ void showNoticeModal(const QString &text, QMessageBox::Icon icon)
 
 void showWarningBox(const QString &title, const QString &text)
 {
-    QMessageBox::warning(nullptr, title, text, QMessageBox::Ok);
+    QMessageBox box(QMessageBox::Warning, title, text, QMessageBox::Ok);
+    keepOverWindow(box);
+    box.exec();
 }
 
 void warnAndExit(const QString &text)

@@ -5,6 +5,10 @@
 
 /// Notice boxes: how the program speaks to its user, and the one handler of everything that throws.
 
+/// The window over which notices stand from now on; none with null. A modal dialog that is shown
+/// over it counts for more. No notice keeps the program alive when that window is closed.
+void setNoticeWindow(QWidget *window);
+
 /// Dresses `box` as a notice (title "Information" whatever the icon, program icon, "Segoe UI" 12
 /// points, one OK button, `text` as plain text) and shows it without blocking any window.
 /// The caller owns the box.

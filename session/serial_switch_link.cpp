@@ -41,8 +41,10 @@ void SerialSwitchLink::write(const QByteArray &bytes)
 void SerialSwitchLink::close()
 {
     serialPort->disconnect(this);
-    if (serialPort->isOpen())
-        serialPort->close();
+    if (!serialPort->isOpen())
+        return;
+    serialPort->flush(); // what was sent a moment ago is still the port's; closing would drop it
+    serialPort->close();
 }
 
 void SerialSwitchLink::onError(QSerialPort::SerialPortError error)

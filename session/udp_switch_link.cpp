@@ -7,6 +7,7 @@
 namespace {
 /// Datagrams taken in one go: a flood must not hold the thread.
 constexpr int burst = 64;
+constexpr qint64 largestDatagram = 65'535; ///< bytes
 } // namespace
 
 UdpSwitchLink::UdpSwitchLink(const QHostAddress &address, quint16 port,
@@ -47,8 +48,7 @@ void UdpSwitchLink::write(const QByteArray &bytes)
         return;
     // The report that an earlier datagram found nobody comes out of the next write, which is then
     // not done at all.
-    if (udpSocket->write(bytes) < 0 &&
-        udpSocket->error() == QAbstractSocket::ConnectionRefusedError)
+    if (udpSocket->write(bytes) < 0)
         udpSocket->write(bytes);
 }
 
@@ -62,10 +62,10 @@ void UdpSwitchLink::read()
 {
     const QPointer<UdpSwitchLink> self(this);
     int taken = 0;
-    // One is taken whatever the socket says of pending ones: where a report stands in front, it
-    // says that there are none, and a notification that nothing is taken for is the last.
+    // One is taken, of any size, whatever the socket says of pending ones: where a report stands in
+    // front, it says that there are none, and a notification that takes nothing is the last.
     do {
-        const QNetworkDatagram datagram = udpSocket->receiveDatagram();
+        const QNetworkDatagram datagram = udpSocket->receiveDatagram(largestDatagram);
         if (datagram.isValid())
             Q_EMIT received(datagram.data());
         ++taken;

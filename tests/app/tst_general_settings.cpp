@@ -1,6 +1,5 @@
-#include "window_fixture.h"
-
 #include "readback/yes_no_dialog.h"
+#include "support/serial_window.h"
 
 #include <QTableWidget>
 #include <QTest>

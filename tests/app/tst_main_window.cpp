@@ -1,4 +1,4 @@
-#include "window_fixture.h"
+#include "support/serial_window.h"
 
 #include <QLineEdit>
 #include <QMetaMethod>

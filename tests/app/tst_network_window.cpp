@@ -1,133 +1,11 @@
-#include "connection/select_hardware_dialog.h"
 #include "readback/yes_no_dialog.h"
-#include "tests/usr/fake_module.h"
+#include "support/network_window.h"
 #include "usr/change_setting_for_usr_dialog.h"
-#include "usr/credentials_dialog.h"
-#include "usr/ip_settings_dialog.h"
-#include "window_fixture.h"
 
-#include <QLineEdit>
-#include <QNetworkDatagram>
 #include <QTableWidget>
 #include <QTest>
-#include <QUdpSocket>
 
 namespace {
-const QByteArray answer = "//RL\nKM Port Limit: 4\nKM Cursor Rolling: Enabled\n"
-                          "KM tracking mode: Relative Mouse Mode\nC1\t100 250 OFFICE\n"
-                          "C2\t120 080 DESK\nC3\t010 010 SLOW\nC4\t500 500 FAST\n"
-                          "Channels resolution: 1 2 3 10\nBuzzer: on\n"
-                          "Current Hotkey Trigger: Scroll Lock\nCurrent KM Control: 2\n"
-                          "Current USB Control 3\n//FF01B05FF02B06FF03B07FF04B08\n";
-
-/// The window, a network module that finds, logs in and configures, and the switch behind it.
-struct NetworkWindow
-{
-    NetworkWindow()
-    {
-        module.answerSearches(
-            {{FakeModule::discoveryReply(QByteArray("\x7f\x00\x00\x01", 4),
-                                         QByteArray("\x9c\xa5\x25\x00\x00\x02", 6), "Meeting Room"),
-              {}}});
-        module.answerLogins({{FakeModule::configuration('\x80'), {}}});
-        switchPort.bind(QHostAddress::LocalHost, 0);
-        QObject::connect(&switchPort, &QUdpSocket::readyRead, &switchPort, [this] { listen(); });
-
-        user.on<Select_connection_method_Dialog>([](Select_connection_method_Dialog &dialog) {
-            press(dialog, "pushButton_continue"); // TCP/IP is checked from the start
-        });
-        user.on<Select_hardware_Dialog>([this](Select_hardware_Dialog &dialog) {
-            ++hardwareLists;
-            if (closeHardware)
-                dialog.close();
-            else
-                press(dialog, "pushButton_Continue");
-        });
-        user.on<Credentials_Dialog>([this](Credentials_Dialog &dialog) {
-            ++logins;
-            if (closeLogin) {
-                dialog.close();
-                return;
-            }
-            fieldsWereEmpty = dialog.findChild<QLineEdit *>(QStringLiteral("lineEdit_username"))
-                                  ->text()
-                                  .isEmpty();
-            dialog.findChild<QLineEdit *>(QStringLiteral("lineEdit_username"))
-                ->setText(QStringLiteral("admin"));
-            dialog.findChild<QLineEdit *>(QStringLiteral("lineEdit_password"))
-                ->setText(QStringLiteral("secret"));
-            press(dialog, "pushButton_ip_allocation");
-        });
-        user.on<IP_Settings_Dialog>([this](IP_Settings_Dialog &dialog) {
-            if (closeIpSettings)
-                dialog.close();
-            else
-                press(dialog, "pushButton_Connect");
-        });
-    }
-
-    void start()
-    {
-        WindowSettings settings = SerialWindow::quick();
-        settings.networkLink.switchPort = switchPort.localPort();
-        settings.panel.handshakeWatchdog = std::chrono::milliseconds(300);
-        settings.wizard.network =
-            module.network(std::chrono::milliseconds(15), std::chrono::milliseconds(15));
-        settings.generalSettings.networkReadAfterReset = std::chrono::milliseconds(60);
-        window = std::make_unique<KM_Configuration_Tool_Norvik>(nullptr, settings);
-        window->show();
-    }
-
-    static void press(QWidget &dialog, const char *button)
-    {
-        dialog.findChild<QPushButton *>(QString::fromLatin1(button))->click();
-    }
-
-    void say(const QByteArray &text) { switchPort.writeDatagram(text, peer, peerPort); }
-
-    void listen()
-    {
-        while (switchPort.hasPendingDatagrams()) {
-            const QNetworkDatagram datagram = switchPort.receiveDatagram();
-            peer = datagram.senderAddress();
-            peerPort = static_cast<quint16>(datagram.senderPort());
-            commands.append(datagram.data());
-            if (datagram.data() == "//BP\r" && !answers.isEmpty()) {
-                for (const QByteArray &reply : std::as_const(answers))
-                    say(reply);
-            }
-        }
-    }
-
-    template <typename Widget = QComboBox>
-    Widget *find(const char *name) const
-    {
-        return window->findChild<Widget *>(QString::fromLatin1(name));
-    }
-    bool isGreen() const
-    {
-        return find<QPushButton>("pushButton_Connection_Indicator")
-            ->styleSheet()
-            .contains(QStringLiteral("green"));
-    }
-    QString terminal() const { return find<QTextEdit>("textEdit_Main_Terminal")->toPlainText(); }
-
-    FakeModule module;
-    QUdpSocket switchPort;
-    QHostAddress peer;
-    quint16 peerPort = 0;
-    QList<QByteArray> commands;
-    QList<QByteArray> answers{answer};
-    DialogRecorder user;
-    bool closeHardware = false;
-    bool closeLogin = false;
-    bool closeIpSettings = false;
-    bool fieldsWereEmpty = false;
-    int hardwareLists = 0;
-    int logins = 0;
-    std::unique_ptr<KM_Configuration_Tool_Norvik> window;
-};
-
 const QList<QByteArray> readCommands = {"//rl\r", "//??\r", "//BP\r"};
 } // namespace
 
@@ -153,7 +31,7 @@ private Q_SLOTS:
         QCOMPARE(n.find("comboBox_USB_Control")->currentIndex(), 2);
         QCOMPARE(n.find("comboBox_mouse_movement_resolution_setting_4")->currentIndex(), 9);
         QVERIFY(n.find<QTableWidget>("tableWidget")->item(1, 3) != nullptr);
-        QTRY_COMPARE(n.terminal(), QString::fromUtf8(answer));
+        QTRY_COMPARE(n.terminal(), QString::fromUtf8(cannedReply));
         QVERIFY(n.user.seen().isEmpty());
     }
 
@@ -164,7 +42,7 @@ private Q_SLOTS:
         n.start();
         QTRY_COMPARE(n.commands.size(), 3);
         n.say("hello from nobody\n");
-        n.say(answer);
+        n.say(cannedReply);
         QTRY_VERIFY(n.isGreen());
         QTRY_VERIFY(!n.terminal().isEmpty());
         QVERIFY(!n.terminal().contains(QStringLiteral("nobody")));
@@ -192,7 +70,7 @@ private Q_SLOTS:
     void aDatagramThatWasAppliedIsReadByTheRulesToo()
     {
         NetworkWindow n;
-        n.answers = {answer + "**M4\n"};
+        n.answers = {cannedReply + "**M4\n"};
         n.start();
         QTRY_COMPARE(n.find("comboBox_KM_Control")->currentIndex(), 3);
         QCOMPARE(n.find("comboBox_USB_Control")->currentIndex(), 3);
@@ -225,7 +103,7 @@ private Q_SLOTS:
     void anAnswerWithoutALayoutIsReadFiveTimesAgainAndThenGivenUp()
     {
         NetworkWindow n;
-        n.answers = {answer.left(60)};
+        n.answers = {cannedReply.left(60)};
         n.start();
         QTRY_COMPARE_WITH_TIMEOUT(n.user.seen().size(), 1, 10000);
         QCOMPARE(n.user.seen().constFirst().title, QStringLiteral("Error"));
@@ -236,7 +114,7 @@ private Q_SLOTS:
     void anAnswerInTwoDatagramsIsAppliedByTheRetryThatTheFirstOneCauses()
     {
         NetworkWindow n;
-        n.answers = {answer.left(60), answer.mid(60)};
+        n.answers = {cannedReply.left(60), cannedReply.mid(60)};
         n.start();
         QTRY_VERIFY(n.find<QTableWidget>("tableWidget")->item(1, 3) != nullptr);
         QTRY_COMPARE(n.find("comboBox_KM_Control")->currentIndex(), 1);
@@ -271,7 +149,7 @@ private Q_SLOTS:
         n.say("Saving horizontal dimension as 4\n");
         QTRY_COMPARE(n.commands, QList<QByteArray>{"//BP\r"});
         n.find<QPushButton>("pushButton_OFF_Connection")->click();
-        n.answers = {QByteArray(answer).replace("KM Control: 2", "KM Control: 4")};
+        n.answers = {QByteArray(cannedReply).replace("KM Control: 2", "KM Control: 4")};
         n.find<QPushButton>("pushButton_ON_Connection")->click();
         QTRY_COMPARE(n.find("comboBox_KM_Control")->currentIndex(), 3);
         QCOMPARE(n.find("comboBox_mouse_movement_resolution_setting_1")->count(), 13);

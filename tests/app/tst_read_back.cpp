@@ -1,4 +1,5 @@
-#include "window_fixture.h"
+#include "support/canned_reply.h"
+#include "support/serial_window.h"
 
 #include <QSignalSpy>
 #include <QTableWidget>
@@ -7,13 +8,6 @@
 namespace {
 const QList<QByteArray> readCommands = {"//rl", "//??", "//BP"};
 
-const QByteArray listing = "//RL\nKM Port Limit: 4\nKM Cursor Rolling: Enabled\n"
-                           "KM tracking mode: Relative Mouse Mode\nC1\t100 250 OFFICE\n"
-                           "C2\t120 080 DESK\nC3\t010 010 SLOW\nC4\t500 500 FAST\n"
-                           "Channels resolution: 1 2 3 10\nBuzzer: on\n";
-const QByteArray status = "Current Hotkey Trigger: Scroll Lock\nCurrent KM Control: 2\n"
-                          "Current USB Control 3\n";
-const QByteArray layoutLine = "//FF01B05FF02B06FF03B07FF04B08\n";
 } // namespace
 
 /// The road from what the switch says on the serial line to the window's controls.
@@ -76,7 +70,7 @@ private Q_SLOTS:
         settings.readBack.takeOver = std::chrono::seconds(1);
         s.start(settings);
         QTRY_COMPARE(s.device->commands().size(), 3);
-        const QByteArray reply = listing + status + layoutLine;
+        const QByteArray reply = cannedReply;
         for (const char byte : reply) {
             s.device->say(QByteArray(1, byte));
             QCoreApplication::processEvents();
@@ -183,7 +177,8 @@ private Q_SLOTS:
         QFETCH(bool, thirdActive);
         QFETCH(bool, fourthActive);
         SerialWindow s;
-        s.device->answers["//rl"] = QByteArray(listing).replace("Limit: 4", "Limit: " + limit);
+        s.device->answers["//rl"] =
+            QByteArray(cannedListing).replace("Limit: 4", "Limit: " + limit);
         s.device->answers["//BP"] = "no layout today\n";
         QVERIFY(s.startAndRead());
         QCOMPARE(s.combo("comboBox_Select_active_port")->currentIndex(), index);
@@ -197,8 +192,9 @@ private Q_SLOTS:
     {
         SerialWindow s;
         QVERIFY(s.startAndRead());
-        s.device->answers["//rl"] =
-            QByteArray(listing).replace("Limit: 4", "Limit: 9").replace("Enabled", "Disabled");
+        s.device->answers["//rl"] = QByteArray(cannedListing)
+                                        .replace("Limit: 4", "Limit: 9")
+                                        .replace("Enabled", "Disabled");
         s.window->refresh_UI();
         QTRY_COMPARE(s.combo("comboBox_Enable_or_Disable_Cursor_Roll")->currentIndex(), 0);
         QCOMPARE(s.combo("comboBox_Select_active_port")->currentIndex(), 2);
@@ -222,7 +218,7 @@ private Q_SLOTS:
     void commandTextsAreAcceptedAsWords()
     {
         SerialWindow s;
-        s.device->answers["//rl"] = QByteArray(listing)
+        s.device->answers["//rl"] = QByteArray(cannedListing)
                                         .replace("Enabled", "//o1")
                                         .replace("Relative Mouse Mode", "//km")
                                         .replace("Buzzer: on", "Buzzer: //B1");
@@ -283,7 +279,7 @@ private Q_SLOTS:
     void fiveRetriesThenTheUserIsTold()
     {
         SerialWindow s;
-        s.device->answers["//rl"] = QByteArray(listing).replace("Limit: 4", "Limit: x");
+        s.device->answers["//rl"] = QByteArray(cannedListing).replace("Limit: 4", "Limit: x");
         s.start();
         QTRY_COMPARE_WITH_TIMEOUT(s.user.seen().size(), 1, 10000);
         QCOMPARE(s.user.seen().constFirst().title, QStringLiteral("Error"));
@@ -295,7 +291,7 @@ private Q_SLOTS:
         s.device->forget();
         s.combo("comboBox_KM_Control")->setCurrentIndex(3);
         QTRY_COMPARE(s.device->commands(), QList<QByteArray>{"//c4"});
-        s.device->answers["//rl"] = listing;
+        s.device->answers["//rl"] = cannedListing;
         s.window->refresh_UI();
         QVERIFY(s.waitForRead());
         QCOMPARE(s.user.seen().size(), 1);
@@ -307,7 +303,7 @@ private Q_SLOTS:
         s.device->answers["//BP"] = "//F";
         s.start();
         QTRY_COMPARE(s.device->commands().count("//rl"), 2);
-        s.device->answers["//BP"] = layoutLine;
+        s.device->answers["//BP"] = cannedLayout;
         QTRY_COMPARE(s.device->commands().count("//rl"), 3);
         auto *grid = s.window->findChild<QTableWidget *>(QStringLiteral("tableWidget"));
         QTRY_VERIFY(grid->item(1, 0) != nullptr);

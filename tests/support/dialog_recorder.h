@@ -66,6 +66,9 @@ public:
             [](QDialog &dialog) { return dynamic_cast<Dialog *>(&dialog) != nullptr; });
     }
 
+    /// From now on message boxes are noted and stay open.
+    void leaveBoxesOpen() { leavesBoxesOpen_ = true; }
+
     /// Called with every message box before its OK is pressed, for pictures and closer looks.
     void beforeOk(std::function<void(QMessageBox &)> look) { beforeOk_ = std::move(look); }
 
@@ -106,6 +109,8 @@ private:
                           box->standardButtons()});
             if (beforeOk_)
                 beforeOk_(*box);
+            if (leavesBoxesOpen_)
+                return;
             if (QAbstractButton *ok = box->button(QMessageBox::Ok))
                 ok->click();
             else
@@ -123,4 +128,5 @@ private:
     QSet<QObject *> handled_;
     QList<std::function<bool(QDialog &)>> answers_;
     std::function<void(QMessageBox &)> beforeOk_;
+    bool leavesBoxesOpen_ = false;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/canned_reply.h"
 #include "support/pty_pair.h"
 
 #include <QHash>
@@ -15,25 +16,16 @@ public:
     explicit ScriptedSwitch(PtyPair &cable)
         : cable_(cable), notifier_(cable.masterDescriptor(), QSocketNotifier::Read)
     {
-        answers["//rl"] = "//RL\n"
-                          "KM Port Limit: 4\n"
-                          "KM Cursor Rolling: Enabled\n"
-                          "KM tracking mode: Relative Mouse Mode\n"
-                          "C1\t100 250 OFFICE\n"
-                          "C2\t120 080 DESK\n"
-                          "C3\t010 010 SLOW\n"
-                          "C4\t500 500 FAST\n"
-                          "Channels resolution: 1 2 3 10\n"
-                          "Buzzer: on\n";
-        answers["//??"] = "Current Hotkey Trigger: Scroll Lock\n"
-                          "Current KM Control: 2\n"
-                          "Current USB Control 3\n";
-        answers["//BP"] = "//FF01B05FF02B06FF03B07FF04B08\n";
         connect(&notifier_, &QSocketNotifier::activated, this, [this] { listen(); });
     }
 
+    static QHash<QByteArray, QByteArray> cannedAnswers()
+    {
+        return {{"//rl", cannedListing}, {"//??", cannedStatus}, {"//BP", cannedLayout}};
+    }
+
     /// What the switch says to each command.
-    QHash<QByteArray, QByteArray> answers;
+    QHash<QByteArray, QByteArray> answers = cannedAnswers();
 
     /// All commands so far, oldest first.
     const QList<QByteArray> &commands() const { return commands_; }
