@@ -78,15 +78,21 @@ private:
 
 SettingsFile::Dialogs SettingsFile::Dialogs::real(QWidget &window)
 {
-    return {[&window] {
-                return QFileDialog::getSaveFileName(&window, QStringLiteral("Save Settings File"),
-                                                    QDir::homePath(), nameFilter());
+    const auto chosenName = [](QFileDialog &dialog) {
+        dialog.setNameFilter(nameFilter());
+        return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+    };
+    return {[&window, chosenName] {
+                QFileDialog dialog(&window, QStringLiteral("Save Settings File"), QDir::homePath());
+                dialog.setAcceptMode(QFileDialog::AcceptSave);
+                // By the dialog itself, so that it asks before it replaces the file of that name.
+                dialog.setDefaultSuffix(QStringLiteral("txt"));
+                return chosenName(dialog);
             },
-            [&window] {
+            [&window, chosenName] {
                 QFileDialog dialog(&window, QStringLiteral("Select file"), QDir::homePath());
-                dialog.setNameFilter(nameFilter());
-                return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0)
-                                                          : QString();
+                dialog.setFileMode(QFileDialog::ExistingFile);
+                return chosenName(dialog);
             }};
 }
 

@@ -76,7 +76,8 @@ public:
         std::function<QString()> saveName;
         std::function<QString()> openName;
 
-        /// The real ones, over `window`.
+        /// The real ones, over `window`: a name to save under gets ".txt" where it has no suffix,
+        /// a name to open is that of an existing file.
         static Dialogs real(QWidget &window);
     };
 
