@@ -12,6 +12,7 @@ Yes_No_Dialog::Yes_No_Dialog(const QString &question, const QString &okText,
     ui_->label_question->setText(question);
     ui_->pushButton_OK->setText(okText);
     ui_->pushButton_Cancel->setText(cancelText);
+    ui_->pushButton_Cancel->setFocus();
 }
 
 Yes_No_Dialog::~Yes_No_Dialog() = default;

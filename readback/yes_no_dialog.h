@@ -8,7 +8,8 @@ namespace Ui {
 class Yes_No_Dialog;
 }
 
-/// A small modal question with two answers.
+/// A small modal question with two answers. Enter gives the second, which changes nothing, unless
+/// the user has moved to the first.
 class Yes_No_Dialog : public QDialog
 {
     Q_OBJECT

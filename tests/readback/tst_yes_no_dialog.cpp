@@ -35,7 +35,8 @@ private Q_SLOTS:
         QCOMPARE(question->text(), QStringLiteral("Perform factory reset?"));
         QCOMPARE(q.button("pushButton_OK")->text(), QStringLiteral("Confirm"));
         QCOMPARE(q.button("pushButton_Cancel")->text(), QStringLiteral("Cancel"));
-        QVERIFY(q.button("pushButton_OK")->isDefault());
+        QVERIFY(q.button("pushButton_Cancel")->isDefault());
+        QVERIFY(!q.button("pushButton_OK")->isDefault());
         for (const QWidget *widget :
              {static_cast<QWidget *>(question), static_cast<QWidget *>(q.button("pushButton_OK")),
               static_cast<QWidget *>(q.button("pushButton_Cancel"))}) {
@@ -64,13 +65,35 @@ private Q_SLOTS:
         QCOMPARE(q.dialog.answer(), QStringLiteral("Cancel"));
     }
 
-    void enterPressesTheFirstButton()
+    void enterIsCancelUnlessTheUserHasGoneToConfirm()
+    {
+        Question q;
+        q.dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&q.dialog));
+        QVERIFY(q.button("pushButton_Cancel")->hasFocus());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QVERIFY(q.dialog.isHidden());
+        QCOMPARE(q.dialog.answer(), QStringLiteral("Cancel"));
+    }
+
+    void enterConfirmsOnAFocusedConfirm()
+    {
+        Question q;
+        q.dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&q.dialog));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+        QVERIFY(q.button("pushButton_OK")->hasFocus());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QVERIFY(q.dialog.isHidden());
+        QCOMPARE(q.dialog.answer(), QStringLiteral("OK"));
+    }
+
+    void enterIsCancelWithoutAFocus()
     {
         Question q;
         q.dialog.show();
         QTest::keyClick(&q.dialog, Qt::Key_Return);
-        QVERIFY(q.dialog.isHidden());
-        QCOMPARE(q.dialog.answer(), QStringLiteral("OK"));
+        QCOMPARE(q.dialog.answer(), QStringLiteral("Cancel"));
     }
 
     void closingLeavesTheAnswerEmpty()
