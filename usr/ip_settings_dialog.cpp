@@ -11,6 +11,7 @@
 namespace {
 const auto staticAllocation = QStringLiteral("80"); // NOLINT(cert-err58-cpp): a literal
 const auto dhcpAllocation = QStringLiteral("00");   // NOLINT(cert-err58-cpp): a literal
+const auto unreadable = QStringLiteral("-1");       // NOLINT(cert-err58-cpp): a literal
 
 /// Whether `text` has the form of a dotted address. Octets over 255 pass: the module gets an empty
 /// address then.
@@ -19,6 +20,14 @@ bool isDottedAddress(const QString &text)
     static const QRegularExpression form(QRegularExpression::anchoredPattern(
         QStringLiteral(R"(\d{1,3}\.\d{1,3}\.\d{1,3}\.\d{1,3})")));
     return form.match(text).hasMatch();
+}
+
+/// Shows what was read of one field, and keeps it unless it could not be read.
+void takeRead(const QString &value, QLineEdit &field, QString &known)
+{
+    field.setText(value);
+    if (value != unreadable)
+        known = value;
 }
 } // namespace
 
@@ -29,8 +38,8 @@ IP_Settings_Dialog::IP_Settings_Dialog(QWidget *parent, const QString &currentIP
     : QDialog(parent), ui_(std::make_unique<Ui::IP_Settings_Dialog>()),
       waitingNotice_(new QMessageBox(this)), currentIP_(currentIP),
       ipAllocation_(ipAllocation == staticAllocation ? staticAllocation : dhcpAllocation),
-      username_(username), password_(password), network_(network), timing_(timing),
-      searcher_(currentIP, username, password, network)
+      known_{unreadable, unreadable, unreadable}, username_(username), password_(password),
+      network_(network), timing_(timing), searcher_(currentIP, username, password, network)
 {
     ui_->setupUi(this);
     dressWindow(*this, QSize(500, 450));
@@ -47,21 +56,6 @@ IP_Settings_Dialog::IP_Settings_Dialog(QWidget *parent, const QString &currentIP
 }
 
 IP_Settings_Dialog::~IP_Settings_Dialog() = default;
-
-QString IP_Settings_Dialog::address() const
-{
-    return ui_->lineEdit_IPv4_Address->text();
-}
-
-QString IP_Settings_Dialog::subnetMask() const
-{
-    return ui_->lineEdit_Subnet_Mask->text();
-}
-
-QString IP_Settings_Dialog::gateway() const
-{
-    return ui_->lineEdit_Default_Gateway->text();
-}
 
 void IP_Settings_Dialog::takeAdminSettings(const QString &name, const QString &username,
                                            const QString &password)
@@ -100,28 +94,30 @@ void IP_Settings_Dialog::apply_IP()
         endApply(QStringLiteral("Select IP allocation"), QMessageBox::Warning);
         return;
     }
-    const bool isComplete =
-        isDottedAddress(address()) && isDottedAddress(subnetMask()) && isDottedAddress(gateway());
-    USR_searcher writer(currentIP_, address(), subnetMask(), gateway(), ipAllocation_, username_,
-                        password_, network_);
+    const Addresses entered = enteredAddresses();
+    const QString &allocation = isStatic ? staticAllocation : dhcpAllocation;
+    const bool isComplete = isDottedAddress(entered.address) &&
+                            isDottedAddress(entered.subnetMask) && isDottedAddress(entered.gateway);
+    USR_searcher writer(currentIP_, entered.address, entered.subnetMask, entered.gateway,
+                        allocation, username_, password_, network_);
     if ((isStatic && !isComplete) || writer.setup_USR() < 0) {
         endApply(QStringLiteral("Error in applying IP"), QMessageBox::Warning);
         return;
     }
+    known_ = entered;
+    ipAllocation_ = allocation;
     QTimer::singleShot(isDhcp ? timing_.afterDhcp : timing_.afterStatic, this,
                        SLOT(search_USR_in_network_after_changing()));
 }
 
 void IP_Settings_Dialog::on_radioButton_DHCP_clicked()
 {
-    ipAllocation_ = dhcpAllocation;
     showLayout(false);
     settingsWereEdited();
 }
 
 void IP_Settings_Dialog::on_radioButton_Static_clicked()
 {
-    ipAllocation_ = staticAllocation;
     showLayout(true);
     settingsWereEdited();
 }
@@ -163,9 +159,15 @@ void IP_Settings_Dialog::showLayout(bool isStatic)
 
 void IP_Settings_Dialog::fillFields()
 {
-    ui_->lineEdit_IPv4_Address->setText(searcher_.get_static_IP());
-    ui_->lineEdit_Subnet_Mask->setText(searcher_.get_subnet_mask());
-    ui_->lineEdit_Default_Gateway->setText(searcher_.get_gateway());
+    takeRead(searcher_.get_static_IP(), *ui_->lineEdit_IPv4_Address, known_.address);
+    takeRead(searcher_.get_subnet_mask(), *ui_->lineEdit_Subnet_Mask, known_.subnetMask);
+    takeRead(searcher_.get_gateway(), *ui_->lineEdit_Default_Gateway, known_.gateway);
+}
+
+IP_Settings_Dialog::Addresses IP_Settings_Dialog::enteredAddresses() const
+{
+    return {ui_->lineEdit_IPv4_Address->text(), ui_->lineEdit_Subnet_Mask->text(),
+            ui_->lineEdit_Default_Gateway->text()};
 }
 
 void IP_Settings_Dialog::setButtonsEnabled(bool isEnabled)

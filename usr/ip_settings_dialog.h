@@ -40,14 +40,16 @@ public:
     const QString &currentIP() const { return currentIP_; }
     /// The module's name.
     const QString &usrName() const { return usrName_; }
-    /// "00" for DHCP, "80" for static.
+    /// "00" for DHCP, "80" for static: what the module was last given, or had from the start. What
+    /// the radio buttons show is only what Apply would send.
     const QString &ipAllocation() const { return ipAllocation_; }
     const QString &username() const { return username_; }
     const QString &password() const { return password_; }
-    /// What the fields show: dotted, or "-1" where the module could not be read.
-    QString address() const;
-    QString subnetMask() const;
-    QString gateway() const;
+    /// What the module has, as it was last read or else last applied, whatever the fields show:
+    /// dotted, or "-1" where it could never be read.
+    const QString &address() const { return known_.address; }
+    const QString &subnetMask() const { return known_.subnetMask; }
+    const QString &gateway() const { return known_.gateway; }
 
     /// The module's name and credentials have been changed to these.
     void takeAdminSettings(const QString &name, const QString &username, const QString &password);
@@ -69,8 +71,16 @@ private Q_SLOTS:
     void showMessage_for_waiting();
 
 private:
+    struct Addresses
+    {
+        QString address;
+        QString subnetMask;
+        QString gateway;
+    };
+
     void showLayout(bool isStatic);
     void fillFields();
+    Addresses enteredAddresses() const;
     void setButtonsEnabled(bool isEnabled);
     void settingsWereEdited();
     void endApply(const QString &text, QMessageBox::Icon icon);
@@ -80,6 +90,7 @@ private:
     QMessageBox *waitingNotice_; ///< a child of the dialog, so that it can be closed over it
     QString currentIP_;
     QString ipAllocation_;
+    Addresses known_;
     QString username_;
     QString password_;
     QString usrName_;

@@ -244,6 +244,23 @@ private Q_SLOTS:
                  QByteArray("\x72\x6f\x6f\x74\x00\x00\x74\x6f\x6f\x72\x00\x00", 12));
     }
 
+    void addressesThatWereNotAppliedAreNotWrittenWithTheAdminSettings()
+    {
+        NetworkWindow n;
+        n.start();
+        QTRY_VERIFY(n.isGreen());
+        n.find<QLineEdit>("lineEdit_IPv4_Address")->setText(QStringLiteral("10.1.2.3"));
+        n.find<QAbstractButton>("radioButton_DHCP")->click();
+        n.module.forgetFrames();
+        n.user.on<Change_setting_for_USR_Dialog>(
+            [](QDialog &dialog) { NetworkWindow::press(dialog, "pushButton_Apply"); });
+        n.find<QPushButton>("pushButton_Admin_Settings")->click();
+        QVERIFY(n.module.waitForFrames(3));
+        // Static, fixed bytes, then 192.168.1.7 behind 192.168.1.1, each backwards.
+        QCOMPARE(n.module.frames().at(1).mid(24, 14),
+                 QByteArray::fromHex("80 2019500002 0701a8c0 0101a8c0"));
+    }
+
     void aFactoryResetIsReadBackOverTheNetwork()
     {
         NetworkWindow n;

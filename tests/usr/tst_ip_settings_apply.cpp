@@ -44,6 +44,61 @@ private Q_SLOTS:
         QCOMPARE(dialog_->usrName(), text("Desk 9"));
     }
 
+    void whatWasAppliedStaysKnownWhenItCannotBeReadAgain()
+    {
+        makeDialog("00", {10ms, 1h, 10ms});
+        module_->answerLogins({{FakeModule::refusal()}});
+        dialog_->show();
+        clickButton(*dialog_, "radioButton_Static");
+        typeInto(*dialog_, "lineEdit_IPv4_Address", text("10.1.2.3"));
+        typeInto(*dialog_, "lineEdit_Subnet_Mask", text("255.0.0.0"));
+        typeInto(*dialog_, "lineEdit_Default_Gateway", text("10.0.0.1"));
+        clickButton(*dialog_, "pushButton_Apply_IP");
+        QTRY_VERIFY_WITH_TIMEOUT(boxes_->texts().contains(text("The IP was applied successfully")),
+                                 20000);
+        QCOMPARE(child<QLineEdit>("lineEdit_IPv4_Address")->text(), text("-1"));
+        QCOMPARE(dialog_->address(), text("10.1.2.3"));
+        QCOMPARE(dialog_->subnetMask(), text("255.0.0.0"));
+        QCOMPARE(dialog_->gateway(), text("10.0.0.1"));
+        QCOMPARE(dialog_->ipAllocation(), text("80"));
+    }
+
+    void whatTheModuleMadeOfAnApplyIsKnown()
+    {
+        makeDialog("80", {10ms, 1h, 10ms});
+        applyStatic(text("192.168.1.9")); // the module answers 192.168.1.7 all the same
+        QTRY_COMPARE_WITH_TIMEOUT(boxes_->texts(),
+                                  QStringList{text("The IP was applied successfully")}, 20000);
+        QCOMPARE(dialog_->address(), text("192.168.1.7"));
+    }
+
+    void theRadioButtonSaysWhatApplySends_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<QByteArray>("flags");
+        QTest::addColumn<QString>("after");
+        QTest::newRow("DHCP") << text("80") << text("radioButton_DHCP") << bytes("00")
+                              << text("00");
+        QTest::newRow("static") << text("00") << text("radioButton_Static") << bytes("80")
+                                << text("80");
+    }
+
+    void theRadioButtonSaysWhatApplySends()
+    {
+        QFETCH(QString, button);
+        QFETCH(QString, before);
+        makeDialog(qPrintable(before), {10ms, 10ms, 10ms});
+        module_->forgetFrames();
+        dialog_->show();
+        clickButton(*dialog_, qPrintable(button));
+        clickButton(*dialog_, "pushButton_Apply_IP");
+        QTRY_COMPARE_WITH_TIMEOUT(boxes_->texts(),
+                                  QStringList{text("The IP was applied successfully")}, 20000);
+        QTEST(module_->frames().at(1).mid(24, 1), "flags");
+        QTEST(dialog_->ipAllocation(), "after");
+    }
+
     void theWaitingNoticeIsModelessAndCanBeClosed()
     {
         makeDialog("80", {50ms, 1h, 1h});
@@ -95,7 +150,8 @@ private Q_SLOTS:
         QCOMPARE(boxes_->seen().first().icon, QMessageBox::Warning);
         QVERIFY(!notice()->isVisible());
         expectButtonsEnabled(true);
-        QCOMPARE(dialog_->address(), address);
+        QCOMPARE(child<QLineEdit>("lineEdit_IPv4_Address")->text(), address);
+        QCOMPARE(dialog_->address(), text("192.168.1.7"));
         QVERIFY(module_->frames().isEmpty());
     }
 

@@ -104,16 +104,32 @@ private Q_SLOTS:
         QCOMPARE(dialog_->ipAllocation(), isStatic ? text("80") : text("00"));
     }
 
-    void theRadioButtonsSwitchLayoutAndAllocation()
+    void theRadioButtonsSwitchTheLayoutAndNothingThatOutlivesTheDialog()
     {
         makeDialog("80");
         dialog_->show();
         clickButton(*dialog_, "radioButton_DHCP");
         expectLayout(false);
-        QCOMPARE(dialog_->ipAllocation(), text("00"));
+        QCOMPARE(dialog_->ipAllocation(), text("80"));
         clickButton(*dialog_, "radioButton_Static");
         expectLayout(true);
-        QCOMPARE(dialog_->ipAllocation(), text("80"));
+        makeDialog("00");
+        clickButton(*dialog_, "radioButton_Static");
+        expectLayout(true);
+        QCOMPARE(dialog_->ipAllocation(), text("00"));
+    }
+
+    void whatIsTypedAndNotAppliedIsForgotten()
+    {
+        makeDialog("80");
+        dialog_->show();
+        typeInto(*dialog_, "lineEdit_IPv4_Address", text("10.1.2.3"));
+        typeInto(*dialog_, "lineEdit_Subnet_Mask", text("255.0.0.0"));
+        typeInto(*dialog_, "lineEdit_Default_Gateway", text("10.0.0.1"));
+        clickButton(*dialog_, "pushButton_Connect");
+        QCOMPARE(dialog_->address(), text("192.168.1.7"));
+        QCOMPARE(dialog_->subnetMask(), text("255.255.255.0"));
+        QCOMPARE(dialog_->gateway(), text("192.168.1.1"));
     }
 
     void fieldsThatCannotBeReadShowMinusOne()
@@ -123,6 +139,9 @@ private Q_SLOTS:
         QCOMPARE(dialog_->address(), text("-1"));
         QCOMPARE(dialog_->subnetMask(), text("-1"));
         QCOMPARE(dialog_->gateway(), text("-1"));
+        for (const char *field :
+             {"lineEdit_IPv4_Address", "lineEdit_Subnet_Mask", "lineEdit_Default_Gateway"})
+            QCOMPARE(child<QLineEdit>(field)->text(), text("-1"));
         QCOMPARE(dialog_->usrName(), text("Desk"));
         QCOMPARE(boxes_->texts(), QStringList(3, text("Bad credentials")));
     }
