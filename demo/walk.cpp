@@ -5,6 +5,7 @@
 #include "walker.h"
 
 #include "connection/select_hardware_dialog.h"
+#include "log/window_dress.h"
 #include "readback/yes_no_dialog.h"
 #include "usr/change_setting_for_usr_dialog.h"
 #include "usr/credentials_dialog.h"
@@ -284,6 +285,7 @@ int walk(const QDir &pictures, bool network)
 int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
+    useLightPalette();
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() != 3) {
         std::fputs("usage: pelora-demo-walk PICTURE_FOLDER private|none\n", stderr);
