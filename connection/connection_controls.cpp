@@ -4,7 +4,11 @@
 #include <QPushButton>
 #include <utility>
 
-ConnectionControls::ConnectionControls(Widgets widgets) : widgets_(std::move(widgets)) {}
+ConnectionControls::ConnectionControls(Widgets widgets) : widgets_(std::move(widgets))
+{
+    widgets_.indicator->installEventFilter(&plainToolTips_);
+    widgets_.on->installEventFilter(&plainToolTips_);
+}
 
 void ConnectionControls::showDisconnected()
 {

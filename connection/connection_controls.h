@@ -1,5 +1,7 @@
 #pragma once
 
+#include "log/plain_tool_tip.h"
+
 #include <QList>
 #include <QSet>
 #include <QString>
@@ -64,6 +66,7 @@ private:
     void describeIndicator(const QString &state);
 
     Widgets widgets_;
+    PlainToolTip plainToolTips_;          ///< the indicator's own sheet would colour its tool tip
     QSet<const QWidget *> wantedEnabled_; ///< of those that are held
     bool isHolding_ = false;
     bool handlersArmed = false;
