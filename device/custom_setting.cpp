@@ -1,6 +1,7 @@
 #include "device/custom_setting.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace {
 constexpr std::size_t longestCommand = 99; // the switch's buffer of 100 holds an end mark too
@@ -44,6 +45,61 @@ bool isSpeed(const QString &text)
 bool isDigit(char character)
 {
     return character >= '0' && character <= '9';
+}
+
+/// The item of the number that `digits` are; none outside of 1 to 13.
+std::optional<int> itemOfNumber(std::string_view digits)
+{
+    int number = 0;
+    for (const char digit : digits)
+        number = std::min(number * 10 + (digit - '0'), lastResolution + 1);
+    if (number < 1 || number > lastResolution)
+        return std::nullopt;
+    return number - 1;
+}
+
+std::array<std::optional<int>, 4> numbersIn(std::string_view text)
+{
+    std::array<std::optional<int>, 4> items;
+    for (std::optional<int> &item : items) {
+        const auto begin = std::find_if(text.begin(), text.end(), isDigit);
+        const auto end = std::find_if_not(begin, text.end(), isDigit);
+        item = itemOfNumber({begin, end});
+        text = {end, text.end()};
+    }
+    return items;
+}
+
+std::vector<std::string_view> tokensOf(std::string_view text)
+{
+    constexpr std::string_view separators = " \t,;\r";
+    std::vector<std::string_view> tokens;
+    for (;;) {
+        text.remove_prefix(std::min(text.find_first_not_of(separators), text.size()));
+        if (text.empty())
+            return tokens;
+        const std::size_t size = std::min(text.find_first_of(separators), text.size());
+        tokens.push_back(text.substr(0, size));
+        text.remove_prefix(size);
+    }
+}
+
+std::optional<int> itemNamedBy(std::string_view token, const QStringList &entries)
+{
+    if (std::all_of(token.begin(), token.end(), isDigit)) {
+        // The switch reports numbers. A custom setting may be called "7" all the same; the seventh
+        // entry is what the switch means by it.
+        if (const std::optional<int> item = itemOfNumber(token))
+            return item;
+    }
+    const QString name = QString::fromUtf8(token.data(), static_cast<qsizetype>(token.size()));
+    const auto isNamed = [&name](const QString &entry) {
+        return entry.compare(name, Qt::CaseInsensitive) == 0;
+    };
+    const auto found = std::find_if(entries.cbegin(), entries.cend(), isNamed);
+    if (found == entries.cend())
+        return std::nullopt;
+    return static_cast<int>(found - entries.cbegin());
 }
 } // namespace
 
@@ -113,18 +169,14 @@ DataLabelFields dataLabelFields(const QString &text)
     return fields;
 }
 
-std::array<std::optional<int>, 4> channelResolutions(std::string_view value)
+std::array<std::optional<int>, 4> channelResolutions(std::string_view value,
+                                                     const QStringList &entries)
 {
+    const std::vector<std::string_view> tokens = tokensOf(value);
     std::array<std::optional<int>, 4> items;
-    auto position = value.begin();
-    for (std::optional<int> &item : items) {
-        position = std::find_if(position, value.end(), isDigit);
-        const auto end = std::find_if_not(position, value.end(), isDigit);
-        int number = 0;
-        for (; position != end; ++position)
-            number = std::min(number * 10 + (*position - '0'), lastResolution + 1);
-        if (number >= 1 && number <= lastResolution)
-            item = number - 1;
-    }
+    if (tokens.size() != items.size())
+        return numbersIn(value);
+    for (std::size_t at = 0; at < items.size(); ++at)
+        items.at(at) = itemNamedBy(tokens[at], entries);
     return items;
 }

@@ -62,8 +62,14 @@ struct DataLabelFields
 };
 DataLabelFields dataLabelFields(const QString &text);
 
-/// The items, zero-based, that the value of "Channels resolution:" names for channels 1 to 4:
-/// decimal numbers from 1 to 13, separated by anything that is no digit. None for a number outside
-/// of that and for a channel without a number. Direction: switch to utility.
-/// Example: "1,10,3,13" gives 0, 9, 2, 12.
-std::array<std::optional<int>, 4> channelResolutions(std::string_view value);
+/// The items, zero-based, that the value of "Channels resolution:" names for channels 1 to 4.
+/// Direction: switch to utility. `entries` are the names of a selector's items, in their order.
+///
+/// Four tokens (between them blanks, tabs, commas or semicolons; a CR at the end) are read one by
+/// one: a whole number from 1 to 13 is that item, the name of an entry, in capitals or not, is that
+/// entry, and anything else is none. "4K 10 OFFICE 1080p" with OFFICE as item 10 gives 1, 9, 10, 0.
+///
+/// Any other count of tokens is read for numbers alone, separated by anything that is no digit:
+/// none for a number outside of 1 to 13 and for a channel without a number.
+std::array<std::optional<int>, 4> channelResolutions(std::string_view value,
+                                                     const QStringList &entries);

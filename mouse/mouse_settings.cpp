@@ -119,7 +119,7 @@ void MouseSettings::setDataLabel(int setting, const std::string &text)
 
 void MouseSettings::setChannelResolutions(const std::string &value)
 {
-    const auto items = channelResolutions(value);
+    const auto items = channelResolutions(value, itemsOf(resolutionSelector(1)));
     for (int channel = 1; channel <= static_cast<int>(items.size()); ++channel) {
         QComboBox &combo = resolutionSelector(channel);
         const std::optional<int> item = items.at(static_cast<std::size_t>(channel - 1));

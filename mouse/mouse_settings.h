@@ -64,8 +64,8 @@ public:
     void setCustomEntry(int setting, const std::string &value, std::size_t skip);
     /// Shows `text` (UTF-8, "100 250 OFFICE") as the data of `setting`.
     void setDataLabel(int setting, const std::string &text);
-    /// Selects the resolutions that the value of "Channels resolution:" names; numbers without an
-    /// item leave their selector.
+    /// Selects the resolutions that the value of "Channels resolution:" gives by number or by name;
+    /// what has no item leaves its selector.
     void setChannelResolutions(const std::string &value);
 
     /// Whether the next custom setting may be sent: cleared by sending one, set when the switch has

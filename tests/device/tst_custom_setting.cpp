@@ -220,12 +220,75 @@ private Q_SLOTS:
         QTest::newRow("empty") << QByteArray("") << QList<int>{-1, -1, -1, -1};
     }
 
+    void fourTokensAreNamesOrNumbers_data()
+    {
+        QTest::addColumn<QByteArray>("value");
+        QTest::addColumn<QList<int>>("items"); // -1: none
+        QTest::newRow("presets by name")
+            << QByteArray(" 4K 1080p 1920x4320 2K") << QList<int>{1, 0, 8, 2};
+        QTest::newRow("names and numbers")
+            << QByteArray("4K 10 OFFICE 1080p") << QList<int>{1, 9, 10, 0};
+        QTest::newRow("whatever the case")
+            << QByteArray("4k DESK LAB 3840X1080") << QList<int>{1, 9, 12, 3};
+        QTest::newRow("commas and semicolons")
+            << QByteArray("home,4K;13, ;desk") << QList<int>{11, 1, 12, 9};
+        QTest::newRow("tabs and a CR")
+            << QByteArray("\tHOME\t4K\t2\t1080p\r") << QList<int>{11, 1, 1, 0};
+        QTest::newRow("what is neither")
+            << QByteArray("4Kx 2x 10th DESK") << QList<int>{-1, -1, -1, 9};
+        QTest::newRow("numbers of no item")
+            << QByteArray("0 14 1080 4") << QList<int>{-1, -1, -1, 3};
+        QTest::newRow("negative") << QByteArray("-3 4K 5 6") << QList<int>{-1, 1, 4, 5};
+        QTest::newRow("no UTF-8") << QByteArray("\xff 4K 5 6") << QList<int>{-1, 1, 4, 5};
+    }
+
+    void fourTokensAreNamesOrNumbers() { reportedResolutions(); }
+
+    void anotherCountOfTokensIsReadForNumbersAlone_data()
+    {
+        QTest::addColumn<QByteArray>("value");
+        QTest::addColumn<QList<int>>("items"); // -1: none
+        QTest::newRow("three names")
+            << QByteArray("DESK OFFICE HOME") << QList<int>{-1, -1, -1, -1};
+        QTest::newRow("three") << QByteArray("4K 5 6") << QList<int>{3, 4, 5, -1};
+        QTest::newRow("five") << QByteArray("4K 5 6 7 8") << QList<int>{3, 4, 5, 6};
+    }
+
+    void anotherCountOfTokensIsReadForNumbersAlone() { reportedResolutions(); }
+
+    void aNumberIsANumberWhateverASettingIsCalled()
+    {
+        QStringList entries = choices();
+        entries[9] = QStringLiteral("7");
+        entries[10] = QStringLiteral("14");
+        const std::array<std::optional<int>, 4> items = channelResolutions("7 14 07 1", entries);
+        QCOMPARE(items[0], std::optional(6));
+        QCOMPARE(items[1], std::optional(10));
+        QCOMPARE(items[2], std::optional(6));
+        QCOMPARE(items[3], std::optional(0));
+    }
+
+    void aNameBeyondAsciiIsFoundInEitherCase()
+    {
+        QStringList entries = choices();
+        entries[9] = QStringLiteral("B\u00DCRO");
+        QCOMPARE(channelResolutions("b\xC3\xBCro 1 2 3", entries)[0], std::optional(9));
+    }
+
+    void emptyEntriesHaveNoName()
+    {
+        QStringList entries = choices();
+        entries[9].clear();
+        QCOMPARE(channelResolutions("x ,, 4K desk 1", entries)[0], std::nullopt);
+        QCOMPARE(channelResolutions("x ,, 4K desk 1", entries)[1], std::optional(1));
+    }
+
     void reportedResolutions()
     {
         QFETCH(QByteArray, value);
         QFETCH(QList<int>, items);
         QList<int> read;
-        for (const std::optional<int> item : channelResolutions(value.toStdString()))
+        for (const std::optional<int> item : channelResolutions(value.toStdString(), choices()))
             read.append(item.value_or(-1));
         QCOMPARE(read, items);
     }

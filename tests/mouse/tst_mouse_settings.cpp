@@ -324,6 +324,17 @@ private Q_SLOTS:
         QCOMPARE(page_->resolutions[3].currentIndex(), 1);
     }
 
+    void reportedNamesAreSelectedToo()
+    {
+        page_->report();
+        page_->resolutions[3].setCurrentIndex(5);
+        page_->settings.setChannelResolutions(" 4K desk 12 4Kx\r");
+        QCOMPARE(page_->resolutions[0].currentIndex(), 1);
+        QCOMPARE(page_->resolutions[1].currentIndex(), 10);
+        QCOMPARE(page_->resolutions[2].currentIndex(), 11);
+        QCOMPARE(page_->resolutions[3].currentIndex(), 5);
+    }
+
     void theLabelShowsWhatTheSwitchSaysAndNoMarkup()
     {
         page_->settings.setDataLabel(0, "100 250 <b>OFFICE</b>\r");
