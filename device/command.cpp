@@ -1,5 +1,7 @@
 #include "device/command.h"
 
+#include "device/ports.h"
+
 std::string numberedCommand(const std::string &prefix, int number)
 {
     return prefix + std::to_string(number);
@@ -27,10 +29,10 @@ std::string usbControlCommand(int index)
 
 std::string activePortsCommand(int index)
 {
-    return numberedCommand("//D", index + 2);
+    return numberedCommand("//D", index + fewestActivePorts);
 }
 
-std::string beepCommand(bool beepOnButtonEnabled)
+std::string buzzerCommand(bool on)
 {
-    return beepOnButtonEnabled ? beepOffCommand : beepOnCommand;
+    return on ? beepOnCommand : beepOffCommand;
 }

@@ -3,7 +3,8 @@
 #include <string>
 
 /// The switch's command texts, without the carriage return that the link appends.
-/// Direction of all: utility to switch. The three that read are in link/read_back_commands.h.
+/// Direction of all: utility to switch. The three that read are in
+/// device/read_back_commands.h.
 /// Arguments named `index` are zero-based combo box indexes.
 
 inline constexpr char softResetCommand[] = "//R";
@@ -24,6 +25,5 @@ std::string kmControlCommand(int index);
 std::string usbControlCommand(int index);
 /// "//D" and the number of active ports 2 to 4, index + 2.
 std::string activePortsCommand(int index);
-/// "//B1" when the buzzer is on, which the window tells by a disabled "Beep On" button, else
-/// "//B0".
-std::string beepCommand(bool beepOnButtonEnabled);
+/// "//B1" (on) or "//B0" (off).
+std::string buzzerCommand(bool on);

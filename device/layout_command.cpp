@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <iostream>
+#include <numeric>
 #include <stdexcept>
 
 namespace {
@@ -44,37 +45,37 @@ GridPosition gridPosition(const std::string &code)
     }
 }
 
-std::optional<char> channelDigit(DisplayColour colour)
+std::optional<char> channelDigit(const PlacedDisplay &display)
 {
-    switch (colour) {
-    case DisplayColour::Yellow:
-        return '1';
-    case DisplayColour::Green:
-        return '2';
-    case DisplayColour::Blue:
-    case DisplayColour::Gray:
-        // Deliberate: gray goes with blue, so that an inactive channel 4 is written as 3 too. It is
-        // what the switch has always been sent.
-        return '3';
-    case DisplayColour::Red:
-        return '4';
-    case DisplayColour::Other:
-        break;
-    }
-    return std::nullopt;
+    // Deliberate: an inactive channel goes as 3, so that an inactive channel 4 is written as 3 too.
+    // It is what the switch has always been sent.
+    constexpr char inactive = '3';
+    if (!display.active)
+        return inactive;
+    if (display.channel < 1 || display.channel > channelCount)
+        return std::nullopt;
+    return static_cast<char>('0' + display.channel);
 }
 
 std::string layoutCommand(const std::vector<PlacedDisplay> &displays)
 {
-    std::array<std::string, 4> channelParts;
+    std::array<std::string, channelCount> channelParts;
     for (const PlacedDisplay &display : displays) {
-        const std::optional<char> digit = channelDigit(display.colour);
+        const std::optional<char> digit = channelDigit(display);
         if (!digit)
             continue;
         std::string &part = channelParts.at(static_cast<std::size_t>(*digit - '1'));
         part += std::string("FF0") + *digit + "B" + positionCode(display.position);
     }
-    return "//" + channelParts[0] + channelParts[1] + channelParts[2] + channelParts[3];
+    return std::accumulate(channelParts.begin(), channelParts.end(), std::string("//"));
+}
+
+std::string layoutCommand(const DisplayLayout &layout)
+{
+    std::vector<PlacedDisplay> displays;
+    for (const GridPosition position : layout)
+        displays.push_back({position, static_cast<int>(displays.size()) + 1});
+    return layoutCommand(displays);
 }
 
 int neighbourCount(const std::vector<GridPosition> &displays,
@@ -95,9 +96,9 @@ bool isConnected(int neighbours)
     return neighbours == 6 || neighbours == 8;
 }
 
-std::array<std::string, 4> layoutCodes(const std::string &reply)
+std::array<std::string, channelCount> layoutCodes(const std::string &reply)
 {
-    std::array<std::string, 4> codes;
+    std::array<std::string, channelCount> codes;
     for (std::size_t channel = codes.size(); channel > 0; --channel)
         codes.at(channel - 1) = valueBehind("0" + std::to_string(channel) + "B", reply);
     return codes;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "device/ports.h"
+
 #include <array>
 #include <functional>
 #include <optional>
@@ -19,15 +21,16 @@ struct GridPosition
     bool operator==(const GridPosition &) const = default;
 };
 
-/// The background of a display, which is what tells its channel: yellow, green, blue and red are
-/// channels 1 to 4, gray is an inactive one.
-enum class DisplayColour { Yellow, Green, Blue, Red, Gray, Other };
-
+/// The display of a channel and where it stands.
 struct PlacedDisplay
 {
     GridPosition position;
-    DisplayColour colour = DisplayColour::Other;
+    int channel = 0;    ///< 1 to 4; a display of any other is in no command
+    bool active = true; ///< whether the channel's port is in use
 };
+
+/// Where the displays of channels 1 to 4 stand.
+using DisplayLayout = std::array<GridPosition, channelCount>;
 
 /// The two-digit number of a cell in row-major order, "01" (top left) to "16" (bottom right).
 /// A row other than 0 to 3 counts as row 1; a column outside the grid is added up all the same.
@@ -38,16 +41,18 @@ std::string positionCode(GridPosition position);
 /// grid. A code without a number gives row -1, column -1 and a line on standard output.
 GridPosition gridPosition(const std::string &code);
 
-/// The digit '1' to '4' by which a display of this colour goes into the command, none for
-/// DisplayColour::Other.
-std::optional<char> channelDigit(DisplayColour colour);
+/// The digit '1' to '4' by which the display goes into the command: its channel's, and '3' for an
+/// inactive one; none for a channel that there is not.
+std::optional<char> channelDigit(const PlacedDisplay &display);
 
 /// The layout command: "//" and one segment "FF0", channel digit, "B", position code per display,
-/// ordered by channel digit and within a digit as in `displays`. Displays of another colour are
-/// left out. Direction: utility to switch. Example: the four displays side by side in the top row
-/// give
+/// ordered by channel digit and within a digit as in `displays`. Displays of no
+/// channel are left out. Direction: utility to switch. Example: the four displays side by side in
+/// the top row give
 /// "//FF01B01FF02B02FF03B03FF04B04" (2F 2F 46 46 30 31 42 30 31 46 46 30 32 42 30 32 ...).
 std::string layoutCommand(const std::vector<PlacedDisplay> &displays);
+/// The same for four active channels.
+std::string layoutCommand(const DisplayLayout &layout);
 
 /// How many cells above, below, left and right of the displays hold an item, added up over all of
 /// them.
@@ -62,4 +67,4 @@ bool isConnected(int neighbours);
 /// "//FF01B05FF02B06FF03B07FF04B08" gives "05", "06", "07", "08".
 /// Throws std::out_of_range("basic_string::erase") when a marker is missing or fewer than two
 /// characters follow it on its line.
-std::array<std::string, 4> layoutCodes(const std::string &reply);
+std::array<std::string, channelCount> layoutCodes(const std::string &reply);

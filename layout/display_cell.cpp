@@ -3,7 +3,8 @@
 #include <array>
 
 namespace {
-constexpr std::array channelColours = {Qt::yellow, Qt::green, Qt::blue, Qt::red};
+constexpr std::array<Qt::GlobalColor, channelCount> channelColours = {Qt::yellow, Qt::green,
+                                                                      Qt::blue, Qt::red};
 }
 
 QBrush channelBrush(int channel)
@@ -16,19 +17,14 @@ QBrush inactiveBrush()
     return QBrush(Qt::gray);
 }
 
-DisplayColour displayColour(const QBrush &brush)
+PlacedDisplay placedDisplay(const DisplayCell &cell)
 {
-    if (brush == channelBrush(1))
-        return DisplayColour::Yellow;
-    if (brush == channelBrush(2))
-        return DisplayColour::Green;
-    if (brush == channelBrush(3))
-        return DisplayColour::Blue;
-    if (brush == inactiveBrush())
-        return DisplayColour::Gray;
-    if (brush == channelBrush(4))
-        return DisplayColour::Red;
-    return DisplayColour::Other;
+    PlacedDisplay display{{cell.row, cell.column}, 0, cell.brush != inactiveBrush()};
+    for (int channel = 1; channel <= channelCount; ++channel) {
+        if (cell.brush == channelBrush(channel))
+            display.channel = channel;
+    }
+    return display;
 }
 
 QString channelLabel(int channel)

@@ -18,7 +18,8 @@ struct DisplayCell
 QBrush channelBrush(int channel);
 /// The solid gray brush of a channel that is not in use.
 QBrush inactiveBrush();
-/// The colour that `brush` means; DisplayColour::Other for any that is not one of the above.
-DisplayColour displayColour(const QBrush &brush);
+/// What `cell` means to the switch. Its brush alone tells, not its label: the channel of one of the
+/// four brushes, active; inactive for the gray one, whose channel is 0, as it is for any other.
+PlacedDisplay placedDisplay(const DisplayCell &cell);
 /// "Channel 1" to "Channel 4".
 QString channelLabel(int channel);

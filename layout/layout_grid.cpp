@@ -41,7 +41,7 @@ bool areAllFourChannels(const std::vector<DisplayCell> &cells)
     std::set<QString> labels;
     for (const DisplayCell &cell : cells)
         labels.insert(cell.label);
-    return cells.size() == 4 && labels.size() == 4;
+    return cells.size() == channelCount && labels.size() == channelCount;
 }
 
 /// Where Ctrl and this key move a display; no step for other keys.
@@ -93,16 +93,16 @@ LayoutGrid::LayoutGrid(QTableWidget &table) : table_(table)
 void LayoutGrid::showInitialLayout()
 {
     const Redrawing guard(*this);
-    for (int channel = 1; channel <= 4; ++channel)
+    for (int channel = 1; channel <= channelCount; ++channel)
         addDisplay({0, channel - 1, channelLabel(channel), channelBrush(channel)});
 }
 
-void LayoutGrid::place(const std::array<GridPosition, 4> &channels, int mode)
+void LayoutGrid::place(const DisplayLayout &channels, int mode)
 {
     const Redrawing guard(*this);
     table_.clearContents();
     layout_.clear();
-    for (int channel = 1; channel <= 4; ++channel) {
+    for (int channel = 1; channel <= channelCount; ++channel) {
         const GridPosition cell = channels.at(static_cast<std::size_t>(channel - 1));
         addDisplay({cell.row, cell.column, channelLabel(channel), channelBrush(channel)});
     }
@@ -142,13 +142,13 @@ void LayoutGrid::repaintActivePorts(int mode)
         [](const DisplayCell &left, const DisplayCell &right) { return left.label < right.label; });
     int index = 0;
     for (DisplayCell &cell : layout_) {
-        const DisplayColour colour = displayColour(cell.brush);
-        const bool active = index++ < mode + 2;
+        const int shown = placedDisplay(cell).channel;
+        const bool active = index++ < mode + fewestActivePorts;
         if (active && cell.label == channelLabel(3))
             setChannelBrush(cell, channelBrush(3));
         else if (active && cell.label == channelLabel(4))
             setChannelBrush(cell, channelBrush(4));
-        else if (!active && (colour == DisplayColour::Blue || colour == DisplayColour::Red))
+        else if (!active && shown > fewestActivePorts)
             deactivate(cell);
     }
 }

@@ -8,7 +8,7 @@
 #include <QComboBox>
 
 namespace {
-constexpr int allPortsActive = 2; // the item "Ports 1, 2, 3, and 4"
+constexpr int allPortsActive = mostActivePorts - fewestActivePorts; // "Ports 1, 2, 3, and 4"
 }
 
 LayoutSubmission::LayoutSubmission(LayoutGrid &grid, DeviceLink &link, QComboBox &activePorts)
@@ -34,8 +34,8 @@ void LayoutSubmission::submit()
 
 void LayoutSubmission::load(const std::string &reply)
 {
-    const std::array<std::string, 4> codes = layoutCodes(reply);
-    std::array<GridPosition, 4> channels;
+    const std::array<std::string, channelCount> codes = layoutCodes(reply);
+    DisplayLayout channels;
     for (std::size_t channel = codes.size(); channel > 0; --channel)
         channels.at(channel - 1) = gridPosition(codes.at(channel - 1));
     grid_.place(channels, activePorts_.currentIndex());
@@ -45,7 +45,7 @@ std::string LayoutSubmission::buildLayoutCommand() const
 {
     std::vector<PlacedDisplay> displays;
     for (const DisplayCell &cell : grid_.layout())
-        displays.push_back({{cell.row, cell.column}, displayColour(cell.brush)});
+        displays.push_back(placedDisplay(cell));
     return layoutCommand(displays);
 }
 

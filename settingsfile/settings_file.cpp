@@ -142,7 +142,7 @@ SettingsValues SettingsFile::shownValues() const
         values.coordinates.at(place) = shownCoordinates(at + 1);
     }
     values.gridSettings = parts_.layout.buildLayoutCommand();
-    values.buzzer = beepCommand(parts_.controls.isBeepOnEnabled());
+    values.buzzer = buzzerCommand(!parts_.controls.isBeepOnEnabled());
     values.mouseMode = mouseModeCommand(widgets_.mouseMode->currentIndex());
     return values;
 }

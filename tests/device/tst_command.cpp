@@ -58,10 +58,10 @@ private Q_SLOTS:
         QCOMPARE(cursorRollingCommand(-1), std::string("//o1"));
     }
 
-    void anEnabledBeepOnButtonMeansTheBuzzerIsOff()
+    void buzzer()
     {
-        QCOMPARE(beepCommand(true), std::string("//B0"));
-        QCOMPARE(beepCommand(false), std::string("//B1"));
+        QCOMPARE(buzzerCommand(false), std::string("//B0"));
+        QCOMPARE(buzzerCommand(true), std::string("//B1"));
     }
 
     void numbersAreDecimalWithoutPadding()

@@ -6,8 +6,6 @@
 #include <stdexcept>
 
 namespace {
-using enum DisplayColour;
-
 /// Keeps what is written to standard output while it lives.
 class CapturedOutput
 {
@@ -142,14 +140,17 @@ private Q_SLOTS:
         QCOMPARE(output.text(), std::string("Invalid argument: stoi\n"));
     }
 
-    void coloursAreChannels()
+    void channelsGoByTheirDigitsAndInactiveOnesByThree()
     {
-        QCOMPARE(channelDigit(Yellow), std::optional('1'));
-        QCOMPARE(channelDigit(Green), std::optional('2'));
-        QCOMPARE(channelDigit(Blue), std::optional('3'));
-        QCOMPARE(channelDigit(Gray), std::optional('3'));
-        QCOMPARE(channelDigit(Red), std::optional('4'));
-        QVERIFY(!channelDigit(Other));
+        QCOMPARE(channelDigit({{}, 1, true}), std::optional('1'));
+        QCOMPARE(channelDigit({{}, 2, true}), std::optional('2'));
+        QCOMPARE(channelDigit({{}, 3, true}), std::optional('3'));
+        QCOMPARE(channelDigit({{}, 4, true}), std::optional('4'));
+        QCOMPARE(channelDigit({{}, 3, false}), std::optional('3'));
+        QCOMPARE(channelDigit({{}, 4, false}), std::optional('3'));
+        QCOMPARE(channelDigit({{}, 0, false}), std::optional('3'));
+        QVERIFY(!channelDigit({{}, 0, true}));
+        QVERIFY(!channelDigit({{}, 5, true}));
     }
 
     void arrangements_data()
@@ -160,84 +161,65 @@ private Q_SLOTS:
         using List = std::vector<PlacedDisplay>;
 
         QTest::newRow("initial: top row")
-            << List{{{0, 0}, Yellow}, {{0, 1}, Green}, {{0, 2}, Blue}, {{0, 3}, Red}}
+            << List{{{0, 0}, 1}, {{0, 1}, 2}, {{0, 2}, 3}, {{0, 3}, 4}}
             << QByteArray("//FF01B01FF02B02FF03B03FF04B04") << 6;
-        QTest::newRow("row 1") << List{{{1, 0}, Yellow},
-                                       {{1, 1}, Green},
-                                       {{1, 2}, Blue},
-                                       {{1, 3}, Red}}
+        QTest::newRow("row 1") << List{{{1, 0}, 1}, {{1, 1}, 2}, {{1, 2}, 3}, {{1, 3}, 4}}
                                << QByteArray("//FF01B05FF02B06FF03B07FF04B08") << 6;
-        QTest::newRow("row 2") << List{{{2, 0}, Yellow},
-                                       {{2, 1}, Green},
-                                       {{2, 2}, Blue},
-                                       {{2, 3}, Red}}
+        QTest::newRow("row 2") << List{{{2, 0}, 1}, {{2, 1}, 2}, {{2, 2}, 3}, {{2, 3}, 4}}
                                << QByteArray("//FF01B09FF02B10FF03B11FF04B12") << 6;
-        QTest::newRow("bottom row")
-            << List{{{3, 0}, Yellow}, {{3, 1}, Green}, {{3, 2}, Blue}, {{3, 3}, Red}}
-            << QByteArray("//FF01B13FF02B14FF03B15FF04B16") << 6;
-        QTest::newRow("left column")
-            << List{{{0, 0}, Yellow}, {{1, 0}, Green}, {{2, 0}, Blue}, {{3, 0}, Red}}
-            << QByteArray("//FF01B01FF02B05FF03B09FF04B13") << 6;
-        QTest::newRow("column 1") << List{{{0, 1}, Yellow},
-                                          {{1, 1}, Green},
-                                          {{2, 1}, Blue},
-                                          {{3, 1}, Red}}
+        QTest::newRow("bottom row") << List{{{3, 0}, 1}, {{3, 1}, 2}, {{3, 2}, 3}, {{3, 3}, 4}}
+                                    << QByteArray("//FF01B13FF02B14FF03B15FF04B16") << 6;
+        QTest::newRow("left column") << List{{{0, 0}, 1}, {{1, 0}, 2}, {{2, 0}, 3}, {{3, 0}, 4}}
+                                     << QByteArray("//FF01B01FF02B05FF03B09FF04B13") << 6;
+        QTest::newRow("column 1") << List{{{0, 1}, 1}, {{1, 1}, 2}, {{2, 1}, 3}, {{3, 1}, 4}}
                                   << QByteArray("//FF01B02FF02B06FF03B10FF04B14") << 6;
-        QTest::newRow("right column")
-            << List{{{0, 3}, Yellow}, {{1, 3}, Green}, {{2, 3}, Blue}, {{3, 3}, Red}}
-            << QByteArray("//FF01B04FF02B08FF03B12FF04B16") << 6;
+        QTest::newRow("right column") << List{{{0, 3}, 1}, {{1, 3}, 2}, {{2, 3}, 3}, {{3, 3}, 4}}
+                                      << QByteArray("//FF01B04FF02B08FF03B12FF04B16") << 6;
         QTest::newRow("top row in the other direction, as the grid is read")
-            << List{{{0, 0}, Red}, {{0, 1}, Blue}, {{0, 2}, Green}, {{0, 3}, Yellow}}
+            << List{{{0, 0}, 4}, {{0, 1}, 3}, {{0, 2}, 2}, {{0, 3}, 1}}
             << QByteArray("//FF01B04FF02B03FF03B02FF04B01") << 6;
         QTest::newRow("square, top left")
-            << List{{{0, 0}, Yellow}, {{0, 1}, Green}, {{1, 0}, Blue}, {{1, 1}, Red}}
+            << List{{{0, 0}, 1}, {{0, 1}, 2}, {{1, 0}, 3}, {{1, 1}, 4}}
             << QByteArray("//FF01B01FF02B02FF03B05FF04B06") << 8;
-        QTest::newRow("square, middle")
-            << List{{{1, 1}, Yellow}, {{1, 2}, Green}, {{2, 1}, Blue}, {{2, 2}, Red}}
-            << QByteArray("//FF01B06FF02B07FF03B10FF04B11") << 8;
+        QTest::newRow("square, middle") << List{{{1, 1}, 1}, {{1, 2}, 2}, {{2, 1}, 3}, {{2, 2}, 4}}
+                                        << QByteArray("//FF01B06FF02B07FF03B10FF04B11") << 8;
         QTest::newRow("square, bottom right")
-            << List{{{2, 2}, Yellow}, {{2, 3}, Green}, {{3, 2}, Blue}, {{3, 3}, Red}}
+            << List{{{2, 2}, 1}, {{2, 3}, 2}, {{3, 2}, 3}, {{3, 3}, 4}}
             << QByteArray("//FF01B11FF02B12FF03B15FF04B16") << 8;
-        QTest::newRow("L") << List{{{0, 0}, Yellow}, {{1, 0}, Green}, {{2, 0}, Blue}, {{2, 1}, Red}}
+        QTest::newRow("L") << List{{{0, 0}, 1}, {{1, 0}, 2}, {{2, 0}, 3}, {{2, 1}, 4}}
                            << QByteArray("//FF01B01FF02B05FF03B09FF04B10") << 6;
-        QTest::newRow("T") << List{{{0, 0}, Yellow}, {{0, 1}, Green}, {{0, 2}, Blue}, {{1, 1}, Red}}
+        QTest::newRow("T") << List{{{0, 0}, 1}, {{0, 1}, 2}, {{0, 2}, 3}, {{1, 1}, 4}}
                            << QByteArray("//FF01B01FF02B02FF03B03FF04B06") << 6;
-        QTest::newRow("T upside down")
-            << List{{{2, 2}, Red}, {{3, 1}, Yellow}, {{3, 2}, Green}, {{3, 3}, Blue}}
-            << QByteArray("//FF01B14FF02B15FF03B16FF04B11") << 6;
-        QTest::newRow("S") << List{{{0, 1}, Yellow}, {{0, 2}, Green}, {{1, 0}, Blue}, {{1, 1}, Red}}
+        QTest::newRow("T upside down") << List{{{2, 2}, 4}, {{3, 1}, 1}, {{3, 2}, 2}, {{3, 3}, 3}}
+                                       << QByteArray("//FF01B14FF02B15FF03B16FF04B11") << 6;
+        QTest::newRow("S") << List{{{0, 1}, 1}, {{0, 2}, 2}, {{1, 0}, 3}, {{1, 1}, 4}}
                            << QByteArray("//FF01B02FF02B03FF03B05FF04B06") << 6;
-        QTest::newRow("Z upright")
-            << List{{{1, 3}, Yellow}, {{2, 2}, Green}, {{2, 3}, Blue}, {{3, 2}, Red}}
-            << QByteArray("//FF01B08FF02B11FF03B12FF04B15") << 6;
-        QTest::newRow("two pairs apart")
-            << List{{{0, 0}, Yellow}, {{0, 1}, Green}, {{2, 0}, Blue}, {{2, 1}, Red}}
-            << QByteArray("//FF01B01FF02B02FF03B09FF04B10") << 4;
+        QTest::newRow("Z upright") << List{{{1, 3}, 1}, {{2, 2}, 2}, {{2, 3}, 3}, {{3, 2}, 4}}
+                                   << QByteArray("//FF01B08FF02B11FF03B12FF04B15") << 6;
+        QTest::newRow("two pairs apart") << List{{{0, 0}, 1}, {{0, 1}, 2}, {{2, 0}, 3}, {{2, 1}, 4}}
+                                         << QByteArray("//FF01B01FF02B02FF03B09FF04B10") << 4;
         QTest::newRow("the four corners")
-            << List{{{0, 0}, Yellow}, {{0, 3}, Green}, {{3, 0}, Blue}, {{3, 3}, Red}}
+            << List{{{0, 0}, 1}, {{0, 3}, 2}, {{3, 0}, 3}, {{3, 3}, 4}}
             << QByteArray("//FF01B01FF02B04FF03B13FF04B16") << 0;
-        QTest::newRow("diagonal") << List{{{0, 0}, Yellow},
-                                          {{1, 1}, Green},
-                                          {{2, 2}, Blue},
-                                          {{3, 3}, Red}}
+        QTest::newRow("diagonal") << List{{{0, 0}, 1}, {{1, 1}, 2}, {{2, 2}, 3}, {{3, 3}, 4}}
                                   << QByteArray("//FF01B01FF02B06FF03B11FF04B16") << 0;
         QTest::newRow("three and one apart")
-            << List{{{0, 0}, Yellow}, {{0, 1}, Green}, {{0, 2}, Blue}, {{3, 3}, Red}}
+            << List{{{0, 0}, 1}, {{0, 1}, 2}, {{0, 2}, 3}, {{3, 3}, 4}}
             << QByteArray("//FF01B01FF02B02FF03B03FF04B16") << 4;
         QTest::newRow("the end of a row does not touch the start of the next")
-            << List{{{0, 2}, Yellow}, {{0, 3}, Green}, {{1, 0}, Blue}, {{1, 1}, Red}}
+            << List{{{0, 2}, 1}, {{0, 3}, 2}, {{1, 0}, 3}, {{1, 1}, 4}}
             << QByteArray("//FF01B03FF02B04FF03B05FF04B06") << 4;
         QTest::newRow("channel 3 in the last cell, channel 1 in the first")
-            << List{{{0, 0}, Yellow}, {{0, 1}, Green}, {{0, 2}, Red}, {{3, 3}, Blue}}
+            << List{{{0, 0}, 1}, {{0, 1}, 2}, {{0, 2}, 4}, {{3, 3}, 3}}
             << QByteArray("//FF01B01FF02B02FF03B16FF04B03") << 4;
         QTest::newRow("inactive channel 4 is written as 3")
-            << List{{{0, 0}, Yellow}, {{0, 1}, Green}, {{0, 2}, Blue}, {{0, 3}, Gray}}
+            << List{{{0, 0}, 1}, {{0, 1}, 2}, {{0, 2}, 3}, {{0, 3}, 4, false}}
             << QByteArray("//FF01B01FF02B02FF03B03FF03B04") << 6;
         QTest::newRow("inactive channels 3 and 4 keep the order of the layout")
-            << List{{{0, 3}, Gray}, {{0, 2}, Gray}, {{0, 1}, Green}, {{0, 0}, Yellow}}
+            << List{{{0, 3}, 4, false}, {{0, 2}, 4, false}, {{0, 1}, 2}, {{0, 0}, 1}}
             << QByteArray("//FF01B01FF02B02FF03B04FF03B03") << 6;
-        QTest::newRow("a display of another colour is left out")
-            << List{{{0, 0}, Yellow}, {{0, 1}, Other}, {{0, 2}, Blue}, {{0, 3}, Red}}
+        QTest::newRow("a display of no channel is left out")
+            << List{{{0, 0}, 1}, {{0, 1}, 0}, {{0, 2}, 3}, {{0, 3}, 4}}
             << QByteArray("//FF01B01FF03B03FF04B04") << 6;
         QTest::newRow("no displays") << List{} << QByteArray("//") << 0;
     }
@@ -249,6 +231,12 @@ private Q_SLOTS:
         QFETCH(int, neighbours);
         QCOMPARE(QByteArray::fromStdString(layoutCommand(displays)), command);
         QCOMPARE(neighboursAmong(positionsOf(displays)), neighbours);
+    }
+
+    void fourPositionsAreChannelsOneToFour()
+    {
+        QCOMPARE(layoutCommand(DisplayLayout{{{1, 0}, {0, 3}, {3, 3}, {2, 1}}}),
+                 std::string("//FF01B05FF02B04FF03B16FF04B10"));
     }
 
     void sixAndEightNeighboursAreConnected()

@@ -45,9 +45,7 @@ public:
                              .arg(cell.label.mid(8))
                              .arg(cell.row)
                              .arg(cell.column)
-                             .arg(displayColour(cell.brush) == DisplayColour::Gray
-                                      ? QStringLiteral("-")
-                                      : QString()));
+                             .arg(cell.brush == inactiveBrush() ? QStringLiteral("-") : QString()));
         return cells.join(QLatin1Char(' '));
     }
 
