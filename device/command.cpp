@@ -9,12 +9,12 @@ std::string numberedCommand(const std::string &prefix, int number)
 
 std::string mouseModeCommand(int index)
 {
-    return index == 0 ? "//ks" : "//km";
+    return index == 0 ? absoluteMouseCommand : relativeMouseCommand;
 }
 
 std::string cursorRollingCommand(int index)
 {
-    return index == 0 ? "//o0" : "//o1";
+    return index == 0 ? cursorRollingOffCommand : cursorRollingOnCommand;
 }
 
 std::string kmControlCommand(int index)

@@ -9,6 +9,10 @@
 
 inline constexpr char softResetCommand[] = "//R";
 inline constexpr char factoryResetCommand[] = "//F";
+inline constexpr char absoluteMouseCommand[] = "//ks";
+inline constexpr char relativeMouseCommand[] = "//km";
+inline constexpr char cursorRollingOffCommand[] = "//o0";
+inline constexpr char cursorRollingOnCommand[] = "//o1";
 inline constexpr char beepOnCommand[] = "//B1";
 inline constexpr char beepOffCommand[] = "//B0";
 

@@ -7,8 +7,7 @@ namespace {
 constexpr std::size_t longestCommand = 99; // the switch's buffer of 100 holds an end mark too
 constexpr int fieldWidth = 3;
 constexpr int yOffset = 4;
-constexpr int nameOffset = 8;
-constexpr int lastResolution = presetResolutions + customSettings;
+constexpr auto nameOffset = static_cast<qsizetype>(reportedNameOffset);
 
 /// `text` in UTF-8 without the control characters that would end the command early.
 std::string printable(QString text)
@@ -52,15 +51,15 @@ std::optional<int> itemOfNumber(std::string_view digits)
 {
     int number = 0;
     for (const char digit : digits)
-        number = std::min(number * 10 + (digit - '0'), lastResolution + 1);
-    if (number < 1 || number > lastResolution)
+        number = std::min(number * 10 + (digit - '0'), resolutionCount + 1);
+    if (number < 1 || number > resolutionCount)
         return std::nullopt;
     return number - 1;
 }
 
-std::array<std::optional<int>, 4> numbersIn(std::string_view text)
+std::array<std::optional<int>, channelCount> numbersIn(std::string_view text)
 {
-    std::array<std::optional<int>, 4> items;
+    std::array<std::optional<int>, channelCount> items;
     for (std::optional<int> &item : items) {
         const auto begin = std::find_if(text.begin(), text.end(), isDigit);
         const auto end = std::find_if_not(begin, text.end(), isDigit);
@@ -103,6 +102,15 @@ std::optional<int> itemNamedBy(std::string_view token, const QStringList &entrie
 }
 } // namespace
 
+const QStringList &presetNames()
+{
+    static const QStringList names = {
+        QStringLiteral("1080p"),     QStringLiteral("4K"),        QStringLiteral("2K"),
+        QStringLiteral("3840x1080"), QStringLiteral("5760x1080"), QStringLiteral("7680x1080"),
+        QStringLiteral("1920x2160"), QStringLiteral("1920x3240"), QStringLiteral("1920x4320")};
+    return names;
+}
+
 std::string resolutionCommand(int channel, int index)
 {
     return "//CE " + std::to_string(channel) + " " + std::to_string(index + 1);
@@ -133,7 +141,7 @@ QString customSettingProblem(const MovementSetting &values, int setting, const Q
     if (values.y.isEmpty())
         return QStringLiteral("Enter Y for setting");
     const auto found = choices.indexOf(values.name.toUpper());
-    if (found >= 0 && found != presetResolutions + setting)
+    if (found >= 0 && found != customItem(setting))
         return QStringLiteral("This custom name already exists");
     if (!isSpeed(values.x) || !isSpeed(values.y))
         return QStringLiteral("Mouse Speed Range is between %1-%2")
@@ -169,11 +177,11 @@ DataLabelFields dataLabelFields(const QString &text)
     return fields;
 }
 
-std::array<std::optional<int>, 4> channelResolutions(std::string_view value,
-                                                     const QStringList &entries)
+std::array<std::optional<int>, channelCount> channelResolutions(std::string_view value,
+                                                                const QStringList &entries)
 {
     const std::vector<std::string_view> tokens = tokensOf(value);
-    std::array<std::optional<int>, 4> items;
+    std::array<std::optional<int>, channelCount> items;
     if (tokens.size() != items.size())
         return numbersIn(value);
     for (std::size_t at = 0; at < items.size(); ++at)

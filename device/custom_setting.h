@@ -1,5 +1,7 @@
 #pragma once
 
+#include "device/ports.h"
+
 #include <QString>
 #include <QStringList>
 #include <array>
@@ -13,10 +15,27 @@
 /// The items that every resolution selector starts with; custom settings 1 to 4 follow them.
 inline constexpr int presetResolutions = 9;
 inline constexpr int customSettings = 4;
+/// Resolutions are numbered from 1 to this.
+inline constexpr int resolutionCount = presetResolutions + customSettings;
+
+/// The item of `setting`, both zero-based: custom settings follow the presets.
+constexpr int customItem(int setting)
+{
+    return presetResolutions + setting;
+}
+
+/// The presets' names in the order of their numbers: "1080p" to "1920x4320". The window's form
+/// lists the same in its selectors.
+const QStringList &presetNames();
 
 /// The speeds that the switch takes for X and Y.
 inline constexpr int slowestSpeed = 1;
 inline constexpr int fastestSpeed = 500;
+
+/// The columns of a custom setting: X in characters 0 to 2, Y in 4 to 6, the name from here on.
+inline constexpr std::size_t reportedNameOffset = 8;
+/// The same in the command that stores it, behind "//MM C1 ".
+inline constexpr std::size_t storedNameOffset = 15;
 
 /// What the edit fields hold, as typed.
 struct MovementSetting
@@ -71,5 +90,5 @@ DataLabelFields dataLabelFields(const QString &text);
 ///
 /// Any other count of tokens is read for numbers alone, separated by anything that is no digit:
 /// none for a number outside of 1 to 13 and for a channel without a number.
-std::array<std::optional<int>, 4> channelResolutions(std::string_view value,
-                                                     const QStringList &entries);
+std::array<std::optional<int>, channelCount> channelResolutions(std::string_view value,
+                                                                const QStringList &entries);

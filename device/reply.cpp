@@ -3,13 +3,18 @@
 #include <limits>
 #include <stdexcept>
 
-std::string replyValue(std::string_view text, std::string_view key)
+std::optional<std::string_view> findReplyValue(std::string_view text, std::string_view key)
 {
     const auto found = text.find(key);
     if (found == std::string_view::npos)
-        return std::string(absentValue);
-    std::string_view value = text.substr(found + key.size());
-    value = value.substr(0, value.find('\n'));
+        return std::nullopt;
+    text.remove_prefix(found + key.size());
+    return text.substr(0, text.find('\n'));
+}
+
+std::string replyValue(std::string_view text, std::string_view key)
+{
+    const std::string_view value = findReplyValue(text, key).value_or("");
     return std::string(value.empty() ? absentValue : value);
 }
 

@@ -1,10 +1,15 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 /// Reading the switch's replies. A reply is free text in lines that end with LF; direction: switch
 /// to utility. Values are found by key and never trimmed.
+
+/// The text behind the first occurrence of `key` up to its line's LF or the end of `text`; none
+/// when the key is absent.
+std::optional<std::string_view> findReplyValue(std::string_view text, std::string_view key);
 
 /// What stands for a value that is not there.
 inline constexpr std::string_view absentValue = "0";

@@ -20,6 +20,10 @@ inline constexpr int refusalSize = 4;              ///< bytes
 inline constexpr int credentialSize = 6; ///< bytes of a user name or a password field
 inline constexpr int nameSize = 16;      ///< bytes of a name field
 
+/// What may be typed, in characters. Beyond ASCII a text can be within it and overflow its field.
+inline constexpr qsizetype longestCredential = 6;
+inline constexpr qsizetype longestName = 16;
+
 /// `bytes` as lower-case hexadecimal text, two digits a byte: FF 01 gives "ff01".
 QString toHexText(const QByteArray &bytes);
 

@@ -13,12 +13,7 @@
 #include <utility>
 
 namespace {
-constexpr int lastCustomItem = presetResolutions + customSettings - 1;
-
-int customItem(int setting)
-{
-    return presetResolutions + setting;
-}
+constexpr int lastCustomItem = resolutionCount - 1;
 
 QStringList itemsOf(const QComboBox &combo)
 {

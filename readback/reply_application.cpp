@@ -1,25 +1,23 @@
 #include "readback/reply_application.h"
 
 #include "connection/connection_controls.h"
-#include "device/command.h"
+#include "device/custom_setting.h"
+#include "device/ports.h"
 #include "device/reply.h"
+#include "device/reply_words.h"
 #include "layout/layout_grid.h"
 #include "mouse/mouse_settings.h"
 #include "readback/combo_setting.h"
 
 #include <QComboBox>
 #include <QLabel>
-#include <array>
 
 namespace {
 const std::string absent = "0";
 
-/// How many characters of a custom setting's value (X, Y and their separators) precede its name.
-constexpr std::size_t customNameOffset = 8;
-
 /// Selects by the value of `echoKey` first and of `statusKey` then; true when either is there.
-bool applyEither(QComboBox &combo, const std::string &text, const char *echoKey,
-                 const char *statusKey)
+bool applyEither(QComboBox &combo, const std::string &text, std::string_view echoKey,
+                 std::string_view statusKey)
 {
     const std::string echoed = replyValue(text, echoKey);
     const std::string stated = replyValue(text, statusKey);
@@ -40,36 +38,37 @@ ReplyApplication::ReplyApplication(Widgets widgets, ConnectionControls &controls
 void ReplyApplication::applyStatus(const std::string &reply)
 {
     const DisarmedHandlers disarmed(controls_);
-    widgets_.hotkeyTrigger->setText(
-        QString::fromStdString(replyValue(reply, "Current Hotkey Trigger: ")));
-    selectItem(*widgets_.kmControl, replyValue(reply, "Current KM Control: "));
+    widgets_.hotkeyTrigger->setText(QString::fromStdString(replyValue(reply, hotkeyReplyKey)));
+    selectItem(*widgets_.kmControl, replyValue(reply, kmControlReplyKey));
     // Deliberate: the status text's key has no colon, unlike the one that is looked for in
     // everything received. Where the switch prints one, the value (": 3") is no number, which is
     // logged, and the other rule selects the port.
-    selectItem(*widgets_.usbControl, replyValue(reply, "Current USB Control"));
+    selectItem(*widgets_.usbControl, replyValue(reply, usbControlReplyKey));
 }
 
 void ReplyApplication::applyConfiguration(const std::string &reply)
 {
+    // Deliberate: where a step throws, what the steps before it have shown stays.
     const DisarmedHandlers disarmed(controls_);
-    applyPortLimit(replyValue(reply, "KM Port Limit: "));
+    applyPortLimit(replyValue(reply, portLimitReplyKey));
 
-    const std::string rolling = replyValue(reply, "KM Cursor Rolling: ");
-    widgets_.cursorRolling->setCurrentIndex(rolling == "Enabled" || rolling == "//o1" ? 1 : 0);
+    // Deliberate: the window takes the words as they stand, a CR included, and reads a setting that
+    // is missing as off.
+    const bool rolling = saysCursorRollingOn(replyValue(reply, cursorRollingReplyKey));
+    widgets_.cursorRolling->setCurrentIndex(rolling ? 1 : 0);
 
-    const std::string mode = replyValue(reply, "KM tracking mode: ");
-    widgets_.mouseMode->setCurrentIndex(mode == "Relative Mouse Mode" || mode == "//km" ? 1 : 0);
+    const bool relative = saysRelativeMouse(replyValue(reply, mouseModeReplyKey));
+    widgets_.mouseMode->setCurrentIndex(relative ? 1 : 0);
 
-    static constexpr std::array customKeys = {"C1\t", "C2\t", "C3\t", "C4\t"};
-    for (int setting = 0; setting < 4; ++setting)
-        mouse_.setCustomEntry(setting, replyValue(reply, customKeys.at(setting)), customNameOffset);
-    for (int setting = 0; setting < 4; ++setting)
-        mouse_.setDataLabel(setting, replyValue(reply, customKeys.at(setting)));
+    for (int setting = 0; setting < customSettings; ++setting)
+        mouse_.setCustomEntry(setting, replyValue(reply, customSettingReplyKey(setting)),
+                              reportedNameOffset);
+    for (int setting = 0; setting < customSettings; ++setting)
+        mouse_.setDataLabel(setting, replyValue(reply, customSettingReplyKey(setting)));
 
-    mouse_.setChannelResolutions(replyValue(reply, "Channels resolution:"));
+    mouse_.setChannelResolutions(replyValue(reply, resolutionsReplyKey));
 
-    const std::string buzzer = replyValue(reply, "Buzzer: ");
-    const bool buzzerOn = buzzer == "on" || buzzer == beepOnCommand;
+    const bool buzzerOn = saysBuzzerOn(replyValue(reply, buzzerReplyKey));
     controls_.setBeepButtonsEnabled(!buzzerOn, buzzerOn);
 
     mouse_.fillEditFields();
@@ -78,11 +77,9 @@ void ReplyApplication::applyConfiguration(const std::string &reply)
 void ReplyApplication::applyPortLimit(const std::string &value)
 {
     const int activePorts = replyNumber(value);
-    constexpr int fewestPorts = 2;
-    const int last = fewestPorts + widgets_.activePorts->count() - 1;
-    if (activePorts < fewestPorts || activePorts > last)
+    if (!isPortLimit(activePorts))
         return;
-    selectItem(*widgets_.activePorts, std::to_string(activePorts - 1));
+    widgets_.activePorts->setCurrentIndex(activePorts - fewestActivePorts);
     // Deliberate: the grid gets one more than the selected item's index, so a read-back leaves one
     // channel more active than the same selection made by the user does.
     grid_.repaintActivePorts(activePorts - 1);
@@ -90,7 +87,7 @@ void ReplyApplication::applyPortLimit(const std::string &value)
 
 bool ReplyApplication::applyFrontPanel(const std::string &text)
 {
-    const std::string port = replyValue(text, "**M");
+    const std::string port = replyValue(text, bothControlsEcho);
     if (port == absent)
         return false;
     const DisarmedHandlers disarmed(controls_);
@@ -101,14 +98,14 @@ bool ReplyApplication::applyFrontPanel(const std::string &text)
 
 bool ReplyApplication::applyKmControl(const std::string &text)
 {
-    if (text.find("**CE") != std::string::npos)
+    if (text.find(resolutionEcho) != std::string::npos)
         return false;
     const DisarmedHandlers disarmed(controls_);
-    return applyEither(*widgets_.kmControl, text, "**C", "Current KM Control: ");
+    return applyEither(*widgets_.kmControl, text, kmControlEcho, kmControlReplyKey);
 }
 
 bool ReplyApplication::applyUsbControl(const std::string &text)
 {
     const DisarmedHandlers disarmed(controls_);
-    return applyEither(*widgets_.usbControl, text, "**U", "Current USB Control: ");
+    return applyEither(*widgets_.usbControl, text, usbControlEcho, usbControlNewsKey);
 }

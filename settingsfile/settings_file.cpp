@@ -2,7 +2,10 @@
 
 #include "connection/connection_controls.h"
 #include "device/command.h"
+#include "device/custom_setting.h"
+#include "device/ports.h"
 #include "device/reply.h"
+#include "device/reply_words.h"
 #include "device/settings_text.h"
 #include "layout/layout_grid.h"
 #include "layout/layout_submission.h"
@@ -23,9 +26,6 @@
 #include <utility>
 
 namespace {
-/// How many characters of a stored custom setting ("//MM C1 100 250 ") precede its name.
-constexpr std::size_t storedNameOffset = 15;
-
 constexpr char createFailure[] = "The settings file could not be saved";
 constexpr char lastCreateFailure[] = "The last settings file could not be saved";
 constexpr char loadFailure[] = "The settings file could not be applied";
@@ -134,7 +134,7 @@ SettingsValues SettingsFile::shownValues() const
     values.usbControl = usbControlCommand(widgets_.usbControl->currentIndex());
     values.limitPorts = activePortsCommand(widgets_.activePorts->currentIndex());
     values.cursorRolling = cursorRollingCommand(widgets_.cursorRolling->currentIndex());
-    for (int at = 0; at < 4; ++at) {
+    for (int at = 0; at < channelCount; ++at) {
         const auto place = static_cast<std::size_t>(at);
         values.resolutions.at(place) = parts_.mouse.selectedResolutionCommand(at + 1);
         values.customSettings.at(place) = parts_.mouse.knownSettingCommand(at);
@@ -285,7 +285,7 @@ void SettingsFile::show(EntryType type, const std::string &value)
     if (type >= EntryType::FirstDataLabel && type <= EntryType::LastDataLabel) {
         parts_.mouse.setDataLabel(memberOf(type, EntryType::FirstDataLabel), value);
     } else if (type == EntryType::Buzzer) {
-        const bool on = value == "on" || value == beepOnCommand;
+        const bool on = saysBuzzerOn(value);
         parts_.controls.setBeepButtonsEnabled(!on, on);
     } else if (type == EntryType::Grid) {
         showGrid();
@@ -297,7 +297,7 @@ void SettingsFile::show(EntryType type, const std::string &value)
         parts_.mouse.setCustomEntry(memberOf(type, EntryType::FirstCustomSetting), value,
                                     storedNameOffset);
     } else if (type == EntryType::CursorRolling) {
-        widgets_.cursorRolling->setCurrentIndex(value == "Enabled" || value == "//o1" ? 1 : 0);
+        widgets_.cursorRolling->setCurrentIndex(saysCursorRollingOn(value) ? 1 : 0);
     } else if (type == EntryType::LimitPorts) {
         showLimitPorts(value);
     } else if (type == EntryType::MouseMode) {
@@ -311,8 +311,7 @@ void SettingsFile::show(EntryType type, const std::string &value)
 
 void SettingsFile::showMouseMode(const std::string &value)
 {
-    const bool relative = value == "Relative Mouse Mode" || value == "//km";
-    widgets_.mouseMode->setCurrentIndex(relative ? 1 : 0);
+    widgets_.mouseMode->setCurrentIndex(saysRelativeMouse(value) ? 1 : 0);
     parts_.mouse.setReady(true);
     parts_.mouse.fillEditFields();
 }
@@ -321,10 +320,9 @@ void SettingsFile::showLimitPorts(const std::string &value)
 {
     try {
         const int activePorts = replyNumber(replyValue(value, "//D"));
-        constexpr int fewestPorts = 2;
-        if (activePorts < fewestPorts || activePorts >= fewestPorts + widgets_.activePorts->count())
+        if (!isPortLimit(activePorts))
             return;
-        widgets_.activePorts->setCurrentIndex(activePorts - fewestPorts);
+        widgets_.activePorts->setCurrentIndex(activePorts - fewestActivePorts);
         // Deliberate: one more than the item's index, as when the switch reports its limit.
         parts_.grid.repaintActivePorts(activePorts - 1);
     } catch (const std::exception &error) {
@@ -334,7 +332,7 @@ void SettingsFile::showLimitPorts(const std::string &value)
 
 void SettingsFile::showGrid()
 {
-    std::array<GridPosition, 4> channels;
+    DisplayLayout channels;
     for (std::size_t channel = channels.size(); channel > 0; --channel) {
         const std::string_view key = coordinatesKeys.at(channel - 1);
         const auto place =

@@ -1,21 +1,19 @@
 #include "usr/change_setting_for_usr_dialog.h"
 
+#include "device/usr_frame.h"
 #include "log/notices.h"
 #include "log/window_dress.h"
 #include "ui_change_setting_for_usr_dialog.h"
 
 namespace {
-constexpr qsizetype longestCredential = 6; ///< characters
-constexpr qsizetype longestName = 16;      ///< characters
-
 /// What is wrong with the entries; empty when nothing is.
 QString complaintAbout(const QString &name, const QString &username, const QString &password)
 {
-    if (name.size() > longestName)
+    if (name.size() > usr_frame::longestName)
         return QStringLiteral("Name of USR is too long");
-    if (username.size() > longestCredential)
+    if (username.size() > usr_frame::longestCredential)
         return QStringLiteral("Username is too long");
-    if (password.size() > longestCredential)
+    if (password.size() > usr_frame::longestCredential)
         return QStringLiteral("Password is too long");
     return {};
 }

@@ -1,18 +1,17 @@
 #include "usr/credentials_dialog.h"
 
+#include "device/usr_frame.h"
 #include "log/notices.h"
 #include "log/window_dress.h"
 #include "ui_credentials_dialog.h"
 
 namespace {
-constexpr qsizetype longestCredential = 6; ///< characters
-
 /// What is wrong with the entries; empty when nothing is.
 QString complaintAbout(const QString &username, const QString &password)
 {
-    if (username.size() > longestCredential)
+    if (username.size() > usr_frame::longestCredential)
         return QStringLiteral("Username is too long");
-    if (password.size() > longestCredential)
+    if (password.size() > usr_frame::longestCredential)
         return QStringLiteral("Password is too long");
     if (username.isEmpty())
         return QStringLiteral("Enter username");

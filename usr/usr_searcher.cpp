@@ -14,8 +14,6 @@ namespace {
 constexpr std::chrono::milliseconds pollPause{5};
 constexpr int burst = 256; ///< datagrams taken in one go: a flood must not hold the thread
 constexpr qint32 loginAttempts = 100;
-constexpr qsizetype longestCredential = 6; ///< characters
-constexpr qsizetype longestName = 16;      ///< characters
 
 const QString failed = QStringLiteral("-1"); // NOLINT(cert-err58-cpp): a literal, cannot throw
 
@@ -178,8 +176,8 @@ int USR_searcher::setup_USR()
 int USR_searcher::change_username_password_and_name(const QString &user, const QString &secret,
                                                     const QString &moduleName)
 {
-    if (user.size() > longestCredential || secret.size() > longestCredential ||
-        moduleName.size() > longestName)
+    if (user.size() > usr_frame::longestCredential ||
+        secret.size() > usr_frame::longestCredential || moduleName.size() > usr_frame::longestName)
         return -1;
     int result = -1;
     guarded("Error changing username, password and name of USR", [&] {
