@@ -4,7 +4,6 @@
 #include <vector>
 
 namespace {
-constexpr std::size_t longestCommand = 99; // the switch's buffer of 100 holds an end mark too
 constexpr int fieldWidth = 3;
 constexpr int yOffset = 4;
 constexpr auto nameOffset = static_cast<qsizetype>(reportedNameOffset);
@@ -121,15 +120,16 @@ std::string submittedCommand(int setting, const MovementSetting &values)
     const std::string head =
         commandHead(setting, printable(values.x.trimmed()), printable(values.y.trimmed()));
     // The name gives way rather than the blank behind it, which the switch requires.
-    const std::size_t room = longestCommand - std::min(longestCommand, head.size() + 1);
-    return shortened(head, longestCommand - 1) + shortened(printable(values.name), room) + " ";
+    const std::size_t room = longestCustomCommand - std::min(longestCustomCommand, head.size() + 1);
+    return shortened(head, longestCustomCommand - 1) + shortened(printable(values.name), room) +
+           " ";
 }
 
 std::string storedCommand(int setting, const MovementSetting &values)
 {
     return shortened(commandHead(setting, printable(values.x), printable(values.y)) +
                          printable(values.name),
-                     longestCommand);
+                     longestCustomCommand);
 }
 
 QString customSettingProblem(const MovementSetting &values, int setting, const QStringList &choices)

@@ -32,6 +32,10 @@ const QStringList &presetNames();
 inline constexpr int slowestSpeed = 1;
 inline constexpr int fastestSpeed = 500;
 
+/// The bytes that the command of a custom setting may have: the switch's buffer of 100 holds an end
+/// mark too.
+inline constexpr std::size_t longestCustomCommand = 99;
+
 /// The columns of a custom setting: X in characters 0 to 2, Y in 4 to 6, the name from here on.
 inline constexpr std::size_t reportedNameOffset = 8;
 /// The same in the command that stores it, behind "//MM C1 ".

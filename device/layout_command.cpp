@@ -1,12 +1,12 @@
 #include "device/layout_command.h"
 
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <numeric>
 #include <stdexcept>
 
 namespace {
-constexpr int columns = 4;
 constexpr std::size_t codeLength = 2;
 
 std::string valueBehind(const std::string &marker, const std::string &reply)
@@ -23,12 +23,27 @@ std::string valueBehind(const std::string &marker, const std::string &reply)
 }
 } // namespace
 
+bool isOnGrid(GridPosition position)
+{
+    return position.row >= 0 && position.row < gridSide && position.column >= 0 &&
+           position.column < gridSide;
+}
+
+bool isArrangement(const DisplayLayout &layout)
+{
+    for (auto cell = layout.begin(); cell != layout.end(); ++cell) {
+        if (!isOnGrid(*cell) || std::find(layout.begin(), cell, *cell) != cell)
+            return false;
+    }
+    return true;
+}
+
 std::string positionCode(GridPosition position)
 {
     if (position.row == 0)
         return "0" + std::to_string(position.column + 1);
     const int row = position.row == 2 || position.row == 3 ? position.row : 1;
-    const int number = row * columns + position.column + 1;
+    const int number = row * gridSide + position.column + 1;
     const std::string digits = std::to_string(number);
     return number <= 9 ? "0" + digits : digits;
 }
@@ -38,11 +53,22 @@ GridPosition gridPosition(const std::string &code)
     try {
         const bool zeroInFront = !code.empty() && code.front() == '0';
         const long long number = std::stoi(zeroInFront ? code.substr(1) : code);
-        return {static_cast<int>((number - 1) / columns), static_cast<int>((number - 1) % columns)};
+        return {static_cast<int>((number - 1) / gridSide),
+                static_cast<int>((number - 1) % gridSide)};
     } catch (const std::exception &error) {
         std::cout << "Invalid argument: " << error.what() << std::endl;
         return {-1, -1};
     }
+}
+
+std::optional<GridPosition> cellOfCode(std::string_view code)
+{
+    for (int cell = 0; cell < gridSide * gridSide; ++cell) {
+        const GridPosition position{cell / gridSide, cell % gridSide};
+        if (code == positionCode(position))
+            return position;
+    }
+    return std::nullopt;
 }
 
 std::optional<char> channelDigit(const PlacedDisplay &display)

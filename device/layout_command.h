@@ -6,6 +6,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// The layout command: where the display of each channel stands, as the switch reads and reports
@@ -21,6 +22,12 @@ struct GridPosition
     bool operator==(const GridPosition &) const = default;
 };
 
+/// The grid has this many rows and columns.
+inline constexpr int gridSide = 4;
+
+/// Whether there is such a cell.
+bool isOnGrid(GridPosition position);
+
 /// The display of a channel and where it stands.
 struct PlacedDisplay
 {
@@ -32,6 +39,9 @@ struct PlacedDisplay
 /// Where the displays of channels 1 to 4 stand.
 using DisplayLayout = std::array<GridPosition, channelCount>;
 
+/// Whether all four stand on the grid, no two of them in one cell.
+bool isArrangement(const DisplayLayout &layout);
+
 /// The two-digit number of a cell in row-major order, "01" (top left) to "16" (bottom right).
 /// A row other than 0 to 3 counts as row 1; a column outside the grid is added up all the same.
 std::string positionCode(GridPosition position);
@@ -40,6 +50,9 @@ std::string positionCode(GridPosition position);
 /// character count, so "1x" is the top left cell. Codes outside "01" to "16" give cells outside the
 /// grid. A code without a number gives row -1, column -1 and a line on standard output.
 GridPosition gridPosition(const std::string &code);
+
+/// The cell that `code` names, taken strictly: two digits, "01" to "16"; none for anything else.
+std::optional<GridPosition> cellOfCode(std::string_view code);
 
 /// The digit '1' to '4' by which the display goes into the command: its channel's, and '3' for an
 /// inactive one; none for a channel that there is not.

@@ -5,7 +5,6 @@
 
 namespace {
 constexpr std::size_t longestCoordinates = 9;
-constexpr int gridSide = 4;
 
 struct Line
 {
@@ -46,23 +45,6 @@ std::string_view withoutMark(std::string_view text)
     return text.starts_with(mark) ? text.substr(mark.size()) : text;
 }
 
-/// What follows `key` on the first line that starts with it, control characters and all.
-std::optional<std::string_view> rawValue(std::string_view text, std::string_view key)
-{
-    text = withoutMark(text);
-    for (;;) {
-        const auto end = text.find('\n');
-        std::string_view line = text.substr(0, end);
-        if (line.ends_with('\r'))
-            line.remove_suffix(1);
-        if (line.starts_with(key))
-            return line.substr(key.size());
-        if (end == std::string_view::npos)
-            return std::nullopt;
-        text.remove_prefix(end + 1);
-    }
-}
-
 /// Takes one number from 0 to 3 off the front of `text`.
 std::optional<int> takeGridNumber(std::string_view &text)
 {
@@ -89,20 +71,42 @@ std::string settingsText(const SettingsValues &values)
     return text;
 }
 
+std::optional<SettingsLine> findSettingsLine(std::string_view text, std::string_view key)
+{
+    text = withoutMark(text);
+    for (int number = 1;; ++number) {
+        const auto end = text.find('\n');
+        std::string_view line = text.substr(0, end);
+        if (line.ends_with('\r'))
+            line.remove_suffix(1);
+        if (line.starts_with(key))
+            return SettingsLine{number, line.substr(key.size())};
+        if (end == std::string_view::npos)
+            return std::nullopt;
+        text.remove_prefix(end + 1);
+    }
+}
+
+bool isSettingsValue(std::string_view value)
+{
+    return std::none_of(value.begin(), value.end(), isForbidden);
+}
+
 std::optional<std::string> settingsValue(std::string_view text, std::string_view key)
 {
-    const std::optional<std::string_view> value = rawValue(text, key);
-    if (!value || std::any_of(value->begin(), value->end(), isForbidden))
+    const std::optional<SettingsLine> line = findSettingsLine(text, key);
+    if (!line || !isSettingsValue(line->value))
         return std::nullopt;
-    return std::string(*value);
+    return std::string(line->value);
 }
 
 bool holdsAnySetting(std::string_view text)
 {
     const SettingsValues none;
     const std::vector<Line> lines = linesOf(none);
-    return std::any_of(lines.begin(), lines.end(),
-                       [&](const Line &line) { return rawValue(text, line.key).has_value(); });
+    return std::any_of(lines.begin(), lines.end(), [&](const Line &line) {
+        return findSettingsLine(text, line.key).has_value();
+    });
 }
 
 std::string coordinatesText(GridPosition place)

@@ -50,6 +50,20 @@ inline constexpr std::string_view mouseModeKey = "Mouse Mode: ";
 /// settings, labels, grid, coordinates, buzzer, mouse mode.
 std::string settingsText(const SettingsValues &values);
 
+/// A line of a settings file: what stands behind its key, without a CR at the line's end.
+struct SettingsLine
+{
+    int number = 0; ///< from 1
+    std::string_view value;
+};
+
+/// The first line of `text` that starts with `key`, whatever its value; none when no line does. A
+/// byte order mark at the text's start does not count.
+std::optional<SettingsLine> findSettingsLine(std::string_view text, std::string_view key);
+
+/// Whether `value` can be one: it has no control character other than a tab.
+bool isSettingsValue(std::string_view value);
+
 /// What stands behind `key` on the first line of `text` that starts with it. A CR at the line's end
 /// and a byte order mark at the text's start do not count. None when no line has the key and when
 /// the value holds a control character other than a tab. An empty value is a value.

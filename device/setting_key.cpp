@@ -1,0 +1,91 @@
+#include "device/setting_key.h"
+
+#include "device/custom_setting.h"
+#include "device/ports.h"
+
+#include <algorithm>
+
+namespace {
+constexpr int firstResolution = static_cast<int>(SettingKey::FirstResolution);
+constexpr int firstCustom = static_cast<int>(SettingKey::FirstCustom);
+static_assert(static_cast<int>(SettingKey::LastResolution) == firstResolution + channelCount - 1);
+static_assert(static_cast<int>(SettingKey::LastCustom) == firstCustom + customSettings - 1);
+
+QString groupName(SettingKey key)
+{
+    switch (key) {
+    case SettingKey::KmControl:
+        return QStringLiteral("km-control");
+    case SettingKey::UsbControl:
+        return QStringLiteral("usb-control");
+    case SettingKey::ActivePorts:
+        return QStringLiteral("active-ports");
+    case SettingKey::CursorRolling:
+        return QStringLiteral("cursor-rolling");
+    case SettingKey::Buzzer:
+        return QStringLiteral("buzzer");
+    case SettingKey::MouseMode:
+        return QStringLiteral("mouse-mode");
+    case SettingKey::Layout:
+        return QStringLiteral("layout");
+    case SettingKey::Hotkey:
+        return QStringLiteral("hotkey");
+    default:
+        return isResolution(key) ? QStringLiteral("resolution") : QStringLiteral("custom");
+    }
+}
+} // namespace
+
+SettingKey resolutionSetting(int channel)
+{
+    return static_cast<SettingKey>(firstResolution + channel - 1);
+}
+
+SettingKey customSetting(int number)
+{
+    return static_cast<SettingKey>(firstCustom + number - 1);
+}
+
+int settingNumber(SettingKey key)
+{
+    if (isResolution(key))
+        return static_cast<int>(key) - firstResolution + 1;
+    return isCustomSetting(key) ? static_cast<int>(key) - firstCustom + 1 : 0;
+}
+
+bool isResolution(SettingKey key)
+{
+    return key >= SettingKey::FirstResolution && key <= SettingKey::LastResolution;
+}
+
+bool isCustomSetting(SettingKey key)
+{
+    return key >= SettingKey::FirstCustom && key <= SettingKey::LastCustom;
+}
+
+const std::vector<SettingKey> &allSettingKeys()
+{
+    static const std::vector<SettingKey> keys = [] {
+        std::vector<SettingKey> all;
+        for (int key = 0; key <= static_cast<int>(SettingKey::Hotkey); ++key)
+            all.push_back(static_cast<SettingKey>(key));
+        return all;
+    }();
+    return keys;
+}
+
+QString settingName(SettingKey key)
+{
+    const int number = settingNumber(key);
+    return number == 0 ? groupName(key) : QStringLiteral("%1.%2").arg(groupName(key)).arg(number);
+}
+
+std::optional<SettingKey> settingOfName(const QString &name)
+{
+    const std::vector<SettingKey> &keys = allSettingKeys();
+    const auto found = std::find_if(keys.begin(), keys.end(),
+                                    [&](SettingKey key) { return settingName(key) == name; });
+    if (found == keys.end())
+        return std::nullopt;
+    return *found;
+}
