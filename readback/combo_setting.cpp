@@ -6,14 +6,19 @@
 #include <QComboBox>
 #include <exception>
 
-void selectItem(QComboBox &combo, const std::string &value)
+void selectItemOrThrow(QComboBox &combo, const std::string &value)
 {
     if (value.empty())
         return;
+    const int index = itemIndex(value);
+    if (index >= 0 && index < combo.count())
+        combo.setCurrentIndex(index);
+}
+
+void selectItem(QComboBox &combo, const std::string &value)
+{
     try {
-        const int index = itemIndex(value);
-        if (index >= 0 && index < combo.count())
-            combo.setCurrentIndex(index);
+        selectItemOrThrow(combo, value);
     } catch (const std::exception &error) {
         writeLog(error.what());
     }

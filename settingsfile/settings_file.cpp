@@ -23,6 +23,7 @@
 #include <algorithm>
 #include <exception>
 #include <optional>
+#include <stdexcept>
 #include <utility>
 
 namespace {
@@ -44,6 +45,45 @@ EntryType member(EntryType first, std::size_t at)
 int memberOf(EntryType type, EntryType first)
 {
     return static_cast<int>(type) - static_cast<int>(first);
+}
+
+/// The key of `type`'s line.
+std::string_view keyOf(EntryType type)
+{
+    const auto from = [type](const auto &keys, EntryType first) {
+        return keys.at(static_cast<std::size_t>(memberOf(type, first)));
+    };
+    if (type >= EntryType::FirstDataLabel)
+        return from(dataLabelKeys, EntryType::FirstDataLabel);
+    if (type >= EntryType::FirstResolution && type < EntryType::Grid)
+        return from(resolutionKeys, EntryType::FirstResolution);
+    if (type >= EntryType::FirstCustomSetting && type < EntryType::FirstResolution)
+        return from(customSettingKeys, EntryType::FirstCustomSetting);
+    switch (type) {
+    case EntryType::KmControl:
+        return kmControlKey;
+    case EntryType::UsbControl:
+        return usbControlKey;
+    case EntryType::MouseMode:
+        return mouseModeKey;
+    case EntryType::LimitPorts:
+        return limitPortsKey;
+    case EntryType::CursorRolling:
+        return cursorRollingKey;
+    case EntryType::Grid:
+        return gridSettingsKey;
+    default:
+        return buzzerKey;
+    }
+}
+
+/// What stands behind `command` in `value`. Throws std::invalid_argument when it is not there.
+std::string argumentOf(const std::string &value, const std::string &command)
+{
+    const std::string argument = replyValue(value, command);
+    if (argument == absentValue && value.find(command + "0") == std::string::npos)
+        throw std::invalid_argument("no \"" + command + "\"");
+    return argument;
 }
 
 /// Logs and shows what failed and why, if anything did.
@@ -199,11 +239,11 @@ void SettingsFile::beginLoad()
 
 void SettingsFile::applyFirstPart()
 {
-    applyKey(EntryType::KmControl, kmControlKey);
+    applyKey(EntryType::KmControl);
     for (std::size_t at = 0; at < customSettingKeys.size(); ++at)
-        applyKey(member(EntryType::FirstCustomSetting, at), customSettingKeys.at(at));
+        applyKey(member(EntryType::FirstCustomSetting, at));
     for (std::size_t at = 0; at < resolutionKeys.size(); ++at)
-        applyKey(member(EntryType::FirstResolution, at), resolutionKeys.at(at));
+        applyKey(member(EntryType::FirstResolution, at));
 }
 
 void SettingsFile::loadSecondPart()
@@ -245,22 +285,23 @@ void SettingsFile::sayIncomplete()
 
 void SettingsFile::applySecondPart()
 {
-    applyKey(EntryType::UsbControl, usbControlKey);
-    applyKey(EntryType::LimitPorts, limitPortsKey);
-    applyKey(EntryType::CursorRolling, cursorRollingKey);
-    applyKey(EntryType::Grid, gridSettingsKey);
-    applyKey(EntryType::Buzzer, buzzerKey);
+    applyKey(EntryType::UsbControl);
+    applyKey(EntryType::LimitPorts);
+    applyKey(EntryType::CursorRolling);
+    applyKey(EntryType::Grid);
+    applyKey(EntryType::Buzzer);
     for (std::size_t at = 0; at < dataLabelKeys.size(); ++at)
-        applyKey(member(EntryType::FirstDataLabel, at), dataLabelKeys.at(at));
+        applyKey(member(EntryType::FirstDataLabel, at));
     // Deliberate: this model's mouse mode is written to the file and never applied from it.
     if (!isZen())
-        applyKey(EntryType::MouseMode, mouseModeKey);
+        applyKey(EntryType::MouseMode);
 }
 
-void SettingsFile::applyKey(EntryType type, std::string_view key)
+void SettingsFile::applyKey(EntryType type)
 {
     if (!isLoading_) // the connection ended under an earlier key
         return;
+    const std::string_view key = keyOf(type);
     const std::optional<std::string> value = settingsValue(parts_.handler.text(), key);
     const bool sendable = type < EntryType::FirstDataLabel;
     if (!value || (sendable && value->empty())) {
@@ -274,7 +315,12 @@ void SettingsFile::applyEntry(EntryType type, const std::string &value)
 {
     {
         const ApplyingEntry guard(parts_.link, parts_.controls);
-        show(type, value);
+        try {
+            show(type, value);
+        } catch (const std::exception &error) {
+            writeLog("The settings file's value for \"" + std::string(keyOf(type)) +
+                     "\" cannot be read from \"" + value + "\": " + error.what());
+        }
     }
     if (type < EntryType::FirstDataLabel)
         parts_.link.forwardCommand(value);
@@ -292,7 +338,7 @@ void SettingsFile::show(EntryType type, const std::string &value)
     } else if (type >= EntryType::FirstResolution && type < EntryType::Grid) {
         const int channel = memberOf(type, EntryType::FirstResolution) + 1;
         const std::string key = "//CE " + std::to_string(channel) + " ";
-        selectItem(parts_.mouse.resolutionSelector(channel), replyValue(value, key));
+        selectItemOrThrow(parts_.mouse.resolutionSelector(channel), argumentOf(value, key));
     } else if (type >= EntryType::FirstCustomSetting && type < EntryType::FirstResolution) {
         parts_.mouse.setCustomEntry(memberOf(type, EntryType::FirstCustomSetting), value,
                                     storedNameOffset);
@@ -303,9 +349,9 @@ void SettingsFile::show(EntryType type, const std::string &value)
     } else if (type == EntryType::MouseMode) {
         showMouseMode(value);
     } else if (type == EntryType::UsbControl) {
-        selectItem(*widgets_.usbControl, replyValue(value, "//u"));
+        selectItemOrThrow(*widgets_.usbControl, argumentOf(value, "//u"));
     } else if (type == EntryType::KmControl) {
-        selectItem(*widgets_.kmControl, replyValue(value, "//c"));
+        selectItemOrThrow(*widgets_.kmControl, argumentOf(value, "//c"));
     }
 }
 
@@ -318,16 +364,12 @@ void SettingsFile::showMouseMode(const std::string &value)
 
 void SettingsFile::showLimitPorts(const std::string &value)
 {
-    try {
-        const int activePorts = replyNumber(replyValue(value, "//D"));
-        if (!isPortLimit(activePorts))
-            return;
-        widgets_.activePorts->setCurrentIndex(activePorts - fewestActivePorts);
-        // Deliberate: one more than the item's index, as when the switch reports its limit.
-        parts_.grid.repaintActivePorts(activePorts - 1);
-    } catch (const std::exception &error) {
-        writeLog(error.what());
-    }
+    const int activePorts = replyNumber(argumentOf(value, "//D"));
+    if (!isPortLimit(activePorts))
+        return;
+    widgets_.activePorts->setCurrentIndex(activePorts - fewestActivePorts);
+    // Deliberate: one more than the item's index, as when the switch reports its limit.
+    parts_.grid.repaintActivePorts(activePorts - 1);
 }
 
 void SettingsFile::showGrid()

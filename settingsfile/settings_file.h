@@ -8,7 +8,6 @@
 #include <chrono>
 #include <functional>
 #include <string>
-#include <string_view>
 
 class ConnectionControls;
 class DeviceLink;
@@ -104,7 +103,7 @@ private:
     SettingsValues shownValues() const;
     std::string shownCoordinates(int channel) const;
     bool isZen() const;
-    void applyKey(EntryType type, std::string_view key);
+    void applyKey(EntryType type);
     void beginLoad();
     void applyFirstPart();
     void applySecondPart();

@@ -337,10 +337,24 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("type");
         QTest::addColumn<QByteArray>("value");
-        QTest::newRow("KM control") << int(EntryType::KmControl) << QByteArray("//cx");
-        QTest::newRow("USB control") << int(EntryType::UsbControl) << QByteArray("//ux");
-        QTest::newRow("ports") << int(EntryType::LimitPorts) << QByteArray("//Dx");
-        QTest::newRow("resolution") << int(EntryType::FirstResolution) << QByteArray("//CE 1 x");
+        const auto row = [](EntryType type, const char *value, const char *line) {
+            QTest::newRow(value) << int(type) << QByteArray(value) << QByteArray(line);
+        };
+        QTest::addColumn<QByteArray>("line");
+        row(EntryType::KmControl, "//cx",
+            "The settings file's value for \"KM Control: \" cannot be read from \"//cx\": stoi   ");
+        row(EntryType::UsbControl, "//ux",
+            "The settings file's value for \"USB Control: \" cannot be read from \"//ux\": stoi  "
+            " ");
+        row(EntryType::LimitPorts, "//Dx",
+            "The settings file's value for \"Limit Ports: \" cannot be read from \"//Dx\": stoi  "
+            " ");
+        row(EntryType::FirstResolution, "//CE 1 x",
+            "The settings file's value for \"Resolution channel 1: \" cannot be read from "
+            "\"//CE 1 x\": stoi   ");
+        row(EntryType::KmControl, "hello",
+            "The settings file's value for \"KM Control: \" cannot be read from \"hello\": no "
+            "\"//c\"   ");
     }
 
     void aNumberThatCannotBeReadIsLoggedAndSent()
@@ -348,9 +362,10 @@ private Q_SLOTS:
         QFETCH(int, type);
         QFETCH(QByteArray, value);
         s_->showExample();
-        const auto before = SettingsScene::log().count("stoi   ");
+        QFETCH(QByteArray, line);
+        const auto before = SettingsScene::log().count(line);
         s_->file.applyEntry(EntryType(type), value.toStdString());
-        QCOMPARE(SettingsScene::log().count("stoi   "), before + 1);
+        QCOMPARE(SettingsScene::log().count(line), before + 1);
         QCOMPARE(s_->kmControl.currentIndex(), 2);
         QCOMPARE(s_->usbControl.currentIndex(), 1);
         QCOMPARE(s_->activePorts.currentIndex(), 2);
