@@ -191,6 +191,9 @@ const std::vector<Entry> &entries()
             "usb-colon", "the dialect \"Current USB Control: 1\" with a colon",
             [](auto &f) -> auto & { return f.ofSwitch.usbColon; }),
         flag(
+            "blank-padding", "the dialect \"C2<tab>120  80 DESK\" with blanks instead of zeros",
+            [](auto &f) -> auto & { return f.ofSwitch.blankPadding; }),
+        flag(
             "module-silence", "modules obey but answer nothing on the management port",
             [](auto &f) -> auto & { return f.ofModule.silent; }),
         discoverySize(),

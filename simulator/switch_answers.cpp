@@ -40,10 +40,11 @@ std::string configurationAnswer(const SwitchState &state, const SwitchFaults &fa
         resolutions.append(" ").append(std::to_string(resolution));
     lines.add("Channels resolution", resolutions);
     lines.add("Buzzer", state.buzzer ? ": on" : ": off");
+    const char fill = faults.blankPadding ? ' ' : '0';
     for (std::size_t i = 0; i < state.custom.size(); ++i) {
         const CustomSetting &setting = state.custom[i];
-        lines.add("C" + std::to_string(i + 1),
-                  "\t" + padded(setting.x, 3) + " " + padded(setting.y, 3) + " " + setting.name);
+        lines.add("C" + std::to_string(i + 1), "\t" + padded(setting.x, 3, fill) + " " +
+                                                   padded(setting.y, 3, fill) + " " + setting.name);
     }
     return lines.text();
 }

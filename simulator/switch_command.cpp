@@ -107,24 +107,46 @@ bool isAmbiguousInAnswers(const std::string &name)
     });
 }
 
+/// Takes one argument and the blank that ends it off the front of `text`. The blanks that fill its
+/// column up from the left are part of it.
+std::optional<std::string> takeArgument(std::string &text)
+{
+    const std::size_t begin = text.find_first_not_of(' ');
+    const std::size_t end = text.find(' ', std::min(begin, text.size()));
+    if (end == std::string::npos)
+        return std::nullopt;
+    const std::string argument = text.substr(0, end);
+    text.erase(0, end + 1);
+    return argument;
+}
+
+/// A speed in at most three characters, padded from the left with zeros, with blanks or not at all.
+std::optional<int> speedIn(const std::string &column)
+{
+    constexpr std::size_t columnWidth = 3;
+    const std::size_t begin = column.find_first_not_of(' ');
+    if (column.size() > columnWidth || begin == std::string::npos)
+        return std::nullopt;
+    return numberIn(column.substr(begin), 1, 500);
+}
+
 /// "2 120 80 DESK" or the same with one blank behind it: setting, X, Y, name.
 Decoded custom(std::string arguments)
 {
     std::array<std::string, 3> fields;
     for (std::string &field : fields) {
-        const std::size_t blank = arguments.find(' ');
-        if (blank == std::string::npos)
+        const auto argument = takeArgument(arguments);
+        if (!argument)
             return Rejection{"a custom setting needs a number, X, Y and a name"};
-        field = arguments.substr(0, blank);
-        arguments.erase(0, blank + 1);
+        field = *argument;
     }
     if (!arguments.empty() && arguments.back() == ' ')
         arguments.pop_back();
     const auto number = digitIn(fields[0], 1, 4);
     if (!number)
         return Rejection{"the custom setting must be 1 to 4"};
-    const auto x = numberIn(fields[1], 1, 500);
-    const auto y = numberIn(fields[2], 1, 500);
+    const auto x = speedIn(fields[1]);
+    const auto y = speedIn(fields[2]);
     if (!x || !y)
         return Rejection{"X and Y must be 1 to 500"};
     const std::string name = cutAtCharacter(arguments);

@@ -39,6 +39,7 @@ struct SwitchCommand
 
 /// Reads one command without its carriage return. Strict: nothing before the slashes, single blanks
 /// between arguments, every number in its range, nothing behind the last argument (but one blank
-/// behind a custom setting's name). A layout names each channel once and puts no two displays into
-/// one cell. A name longer than 24 bytes is cut, never inside a character.
+/// behind a custom setting's name). X and Y of a custom setting may be filled up from the left to
+/// three characters, with zeros or with blanks. A layout names each channel once and puts no two
+/// displays into one cell. A name longer than 24 bytes is cut, never inside a character.
 std::variant<SwitchCommand, Rejection> decodeCommand(const std::string &text);

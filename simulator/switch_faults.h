@@ -32,6 +32,9 @@ struct SwitchFaults
     /// The other dialect: "Current USB Control: 2" with a colon. The utility's reading of the
     /// status understands the form without.
     bool usbColon = false;
+    /// The other dialect: X and Y of custom settings filled up with blanks from the left, "C2" tab
+    /// "120  80 DESK", instead of zeros.
+    bool blankPadding = false;
 
     bool operator==(const SwitchFaults &) const = default;
 };

@@ -1,10 +1,10 @@
 #include "simulator/text_form.h"
 
-std::string padded(int number, int width)
+std::string padded(int number, int width, char fill)
 {
     std::string digits = std::to_string(number);
     if (digits.size() < static_cast<std::size_t>(width))
-        digits.insert(0, static_cast<std::size_t>(width) - digits.size(), '0');
+        digits.insert(0, static_cast<std::size_t>(width) - digits.size(), fill);
     return digits;
 }
 

@@ -14,14 +14,13 @@ private Q_SLOTS:
     void everyFaultReachesItsPlace()
     {
         Faults faults;
-        for (const char *assignment : {"silence",         "delay=300",      "chunks=7",
-                                       "gap=5",           "garbage",        "missing=Buzzer",
-                                       "missing=//FF",    "crlf",           "oversize=1200",
-                                       "unsolicited=250", "flood=10",       "bad-port-limit=6",
-                                       "usb-colon",       "module-silence", "discovery-size=37:3",
-                                       "late=600",        "duplicates=2",   "truncated=50",
-                                       "refuse",          "long-name",      "raw-name",
-                                       "same-address",    "split=64"})
+        for (const char *assignment :
+             {"silence",       "delay=300",       "chunks=7",       "gap=5",
+              "garbage",       "missing=Buzzer",  "missing=//FF",   "crlf",
+              "oversize=1200", "unsolicited=250", "flood=10",       "bad-port-limit=6",
+              "usb-colon",     "blank-padding",   "module-silence", "discovery-size=37:3",
+              "late=600",      "duplicates=2",    "truncated=50",   "refuse",
+              "long-name",     "raw-name",        "same-address",   "split=64"})
             QCOMPARE(setFault(faults, assignment), std::string());
 
         QVERIFY((faults.ofSwitch == SwitchFaults{.silent = true,
@@ -35,7 +34,8 @@ private Q_SLOTS:
                                                  .unsolicitedEvery = 250ms,
                                                  .floodBytes = 10,
                                                  .badPortLimitReads = 6,
-                                                 .usbColon = true}));
+                                                 .usbColon = true,
+                                                 .blankPadding = true}));
         QVERIFY((faults.ofModule == ModuleFaults{.silent = true,
                                                  .discoverySize = 37,
                                                  .discoverySizeTimes = 3,
@@ -47,12 +47,13 @@ private Q_SLOTS:
                                                  .rawName = true,
                                                  .sameAddress = true,
                                                  .splitBytes = 64}));
-        QCOMPARE(faultsText(faults),
-                 std::string("silence\ndelay=300\nchunks=7\ngap=5\ngarbage\n"
-                             "missing=//FF, Buzzer\ncrlf\noversize=1200\nunsolicited=250\n"
-                             "flood=10\nbad-port-limit=6\nusb-colon\nmodule-silence\n"
-                             "discovery-size=37:3\nlate=600\nduplicates=2\ntruncated=50\nrefuse\n"
-                             "long-name\nraw-name\nsame-address\nsplit=64\n"));
+        QCOMPARE(
+            faultsText(faults),
+            std::string("silence\ndelay=300\nchunks=7\ngap=5\ngarbage\n"
+                        "missing=//FF, Buzzer\ncrlf\noversize=1200\nunsolicited=250\n"
+                        "flood=10\nbad-port-limit=6\nusb-colon\nblank-padding\nmodule-silence\n"
+                        "discovery-size=37:3\nlate=600\nduplicates=2\ntruncated=50\nrefuse\n"
+                        "long-name\nraw-name\nsame-address\nsplit=64\n"));
         QCOMPARE(setFault(faults, "none"), std::string());
         QVERIFY(faults == Faults{});
         QCOMPARE(faultsText(faults), std::string());
@@ -118,7 +119,7 @@ private Q_SLOTS:
     void helpNamesEveryFault()
     {
         const QString help = QString::fromStdString(faultHelp());
-        QCOMPARE(help.count(QLatin1Char('\n')), 22);
+        QCOMPARE(help.count(QLatin1Char('\n')), 23);
         QVERIFY(help.contains(QLatin1String("  delay=MS ")));
         QVERIFY(help.contains(QLatin1String("  discovery-size=BYTES[:TIMES] ")));
     }

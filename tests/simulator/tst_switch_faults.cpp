@@ -157,6 +157,19 @@ private Q_SLOTS:
         model.setFaults({.usbColon = true});
         QVERIFY(answerTo(model, "//??\r").endsWith("Current USB Control: 1\n"));
     }
+
+    void speedsCanBePaddedWithBlanks()
+    {
+        SwitchModel model;
+        model.setFaults({.blankPadding = true});
+        answerTo(model, "//MM C1 7 80 LOW \r//MM C2 120 8 DESK \r//MM C3 500 500 FAST \r");
+        const QByteArray answer = answerTo(model, "//rl\r");
+        QVERIFY2(answer.endsWith("\nC1\t  7  80 LOW\n"
+                                 "C2\t120   8 DESK\n"
+                                 "C3\t500 500 FAST\n"
+                                 "C4\t100 100 CUSTOM4\n"),
+                 answer.constData());
+    }
 };
 
 QTEST_GUILESS_MAIN(SwitchFaultsTest)

@@ -101,6 +101,9 @@ private Q_SLOTS:
         row("//MM C2 120 80 DESK ", "Custom setting 2 saved\n", "Custom 2: 120 80 DESK\n");
         row("//MM C4 1 500 Wall", "Custom setting 4 saved\n", "Custom 4: 1 500 Wall\n");
         row("//MM C1 080 007 LOW", "Custom setting 1 saved\n", "Custom 1: 80 7 LOW\n");
+        row("//MM C2 120  80 DESK", "Custom setting 2 saved\n", "Custom 2: 120 80 DESK\n");
+        row("//MM C3   7   8 LOW", "Custom setting 3 saved\n", "Custom 3: 7 8 LOW\n");
+        row("//MM C3 007   8 LOW ", "Custom setting 3 saved\n", "Custom 3: 7 8 LOW\n");
         row("//MM C3 100 250 MY DESK ", "Custom setting 3 saved\n", "Custom 3: 100 250 MY DESK\n");
         row("//FF01B05FF02B06FF03B07FF04B08", "Saving horizontal dimension as 4\n",
             "Layout: 05 06 07 08\n");
@@ -223,6 +226,13 @@ private Q_SLOTS:
         row("//MM C1 1 501 A ", "X and Y must be 1 to 500");
         row("//MM C1 abc 1 A ", "X and Y must be 1 to 500");
         row("//MM C1 -5 1 A ", "X and Y must be 1 to 500");
+        row("//MM C1    1 1 A ", "X and Y must be 1 to 500");
+        row("//MM C1  100 1 A ", "X and Y must be 1 to 500");
+        row("//MM C1 1  100 A ", "X and Y must be 1 to 500");
+        row("//MM C1 0100 1 A ", "X and Y must be 1 to 500");
+        row("//MM C1   0 1 A ", "X and Y must be 1 to 500");
+        row("//MM C1 1 0 1 A ", "X and Y must be 1 to 500");
+        row("//MM C1   ", "a custom setting needs a number, X, Y and a name");
         row("//MM C1 1 1", "a custom setting needs a number, X, Y and a name");
         row("//MM C1 1 1 ", "a custom setting needs a name");
         row("//MM C1 1 1   ", "a custom setting needs a name");
