@@ -145,6 +145,9 @@ void Simulation::onSwitchEvent(std::size_t index, const SwitchEvent &event)
     case SwitchEvent::Kind::Rejected:
         reportOf("switch", number, "rejected " + reportable(event.text) + ": " + event.reason);
         break;
+    case SwitchEvent::Kind::TakenInPart:
+        reportOf("switch", number, "took part of " + reportable(event.text) + ": " + event.reason);
+        break;
     case SwitchEvent::Kind::StateChanged:
         printChangedState();
         break;

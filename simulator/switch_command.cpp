@@ -63,27 +63,12 @@ Decoded resolution(const std::string &arguments)
     return SwitchCommand{.kind = Kind::Resolution, .number = *channel, .value = *value};
 }
 
-/// "FF01B01FF02B02FF03B03FF04B04": four groups of seven characters.
 Decoded layout(const std::string &groups)
 {
-    constexpr std::size_t groupLength = 7;
-    if (groups.size() != 4 * groupLength)
-        return Rejection{"a layout has four groups of seven characters"};
-    std::array<int, 4> cells{};
-    for (std::size_t at = 0; at < groups.size(); at += groupLength) {
-        const std::string group = groups.substr(at, groupLength);
-        const auto channel = digitIn(group.substr(3, 1), 1, 4);
-        const auto cell = numberIn(group.substr(5, 2), 1, 16);
-        if (!startsWith(group, "FF0") || group[4] != 'B' || !channel || !cell)
-            return Rejection{"the layout group " + group + " is none"};
-        int &place = cells.at(static_cast<std::size_t>(*channel) - 1);
-        if (place != 0)
-            return Rejection{"the layout names channel " + std::to_string(*channel) + " twice"};
-        if (std::find(cells.begin(), cells.end(), *cell) != cells.end())
-            return Rejection{"the layout uses cell " + std::to_string(*cell) + " twice"};
-        place = *cell;
-    }
-    return SwitchCommand{.kind = Kind::Layout, .layout = cells};
+    const auto decoded = decodeLayout(groups);
+    if (const auto *rejection = std::get_if<Rejection>(&decoded))
+        return *rejection;
+    return SwitchCommand{.kind = Kind::Layout, .layout = std::get<LayoutOrder>(decoded)};
 }
 
 std::string cutAtCharacter(std::string name)

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "simulator/rejection.h"
+#include "simulator/switch_layout.h"
 #include "simulator/switch_state.h"
 
-#include <array>
 #include <string>
 #include <variant>
 
@@ -33,13 +33,13 @@ struct SwitchCommand
     Kind kind;
     int number = 0;
     int value = 0;
-    std::array<int, 4> layout{};
+    LayoutOrder layout{};
     CustomSetting custom{};
 };
 
 /// Reads one command without its carriage return. Strict: nothing before the slashes, single blanks
 /// between arguments, every number in its range, nothing behind the last argument (but one blank
 /// behind a custom setting's name). X and Y of a custom setting may be filled up from the left to
-/// three characters, with zeros or with blanks. A layout names each channel once and puts no two
-/// displays into one cell. A name longer than 24 bytes is cut, never inside a character.
+/// three characters, with zeros or with blanks. What a layout may be is decodeLayout()'s to say. A
+/// name longer than 24 bytes is cut, never inside a character.
 std::variant<SwitchCommand, Rejection> decodeCommand(const std::string &text);

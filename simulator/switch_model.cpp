@@ -100,9 +100,20 @@ std::string SwitchModel::handle(const std::string &text)
         reject(text, rejection->reason);
         return {};
     }
+    const auto &command = std::get<SwitchCommand>(decoded);
+    LayoutOutcome arranged{};
+    if (command.kind == SwitchCommand::Kind::Layout) {
+        arranged = carriedOut(command.layout, state_.layout);
+        if (arranged.placed == 0) {
+            reject(text, arranged.remark);
+            return {};
+        }
+    }
     ++obeyedCount_;
     tell(SwitchEvent::Kind::Obeyed, text);
-    const std::string answer = obey(std::get<SwitchCommand>(decoded));
+    if (!arranged.remark.empty())
+        tell(SwitchEvent::Kind::TakenInPart, text, arranged.remark);
+    const std::string answer = obey(command);
     tell(SwitchEvent::Kind::Said, answer);
     return faults_.garbage ? junk + answer : answer;
 }
@@ -165,9 +176,9 @@ std::string SwitchModel::obey(const SwitchCommand &command)
         answer = "**CE " + number + " " + std::to_string(command.value);
         break;
     case Kind::Layout:
-        next.layout = command.layout;
+        next.layout = carriedOut(command.layout, state_.layout).layout;
         answer =
-            "Saving horizontal dimension as " + std::to_string(horizontalDimension(command.layout));
+            "Saving horizontal dimension as " + std::to_string(horizontalDimension(next.layout));
         break;
     case Kind::Custom:
         next.custom.at(index) = command.custom;

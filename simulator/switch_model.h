@@ -24,11 +24,13 @@ QByteArray joined(const std::vector<Piece> &pieces);
 /// What happened inside the switch, for logs and tests.
 struct SwitchEvent
 {
-    enum class Kind { Obeyed, Rejected, Said, StateChanged };
+    enum class Kind { Obeyed, Rejected, Said, StateChanged, TakenInPart };
 
     Kind kind;
-    std::string text;   ///< the command (Obeyed, Rejected) or the answer before faults (Said)
-    std::string reason; ///< Rejected: why
+    /// The command (Obeyed, Rejected, TakenInPart) or the answer before faults (Said).
+    std::string text;
+    /// Rejected: why; TakenInPart, which follows Obeyed: what was taken and what was not.
+    std::string reason;
 };
 
 /// The simulated switch: bytes in, bytes out, no sockets, no clock. It collects bytes up to a

@@ -227,6 +227,20 @@ private Q_SLOTS:
                             "switch: command //c2\n"
                             "switch: answer **C2\\n\n"));
     }
+
+    void aLayoutTakenInPartIsReported()
+    {
+        SimulatorProcess simulator;
+        Line line;
+        QVERIFY(line.open(simulator.start(words("serial")).value(0)));
+        line.say("//FF01B05FF02B06FF03B10FF03B14\r//BP\r");
+        QTRY_COMPARE(line.heard(), QByteArray("Saving horizontal dimension as 4\n"
+                                              "//FF01B05FF02B06FF03B03FF04B04\n"));
+        QTRY_COMPARE(simulator.reports(),
+                     QByteArray("switch: took part of //FF01B05FF02B06FF03B10FF03B14: channels 1 "
+                                "and 2 placed; channel 3 stays, it is named twice; channel 4 "
+                                "stays, it is not named\n"));
+    }
 };
 
 QTEST_GUILESS_MAIN(SerialSimulatorTest)

@@ -242,7 +242,9 @@ private Q_SLOTS:
         row("//MM C1 1 1 //FF ", "the name holds a mark of the switch's own answers");
         row("//FF01B01FF02B02FF03B03", "a layout has four groups of seven characters");
         row("//FF01B01FF02B02FF03B03FF04B04 ", "a layout has four groups of seven characters");
-        row("//FF01B01FF02B02FF03B03FF03B04", "the layout names channel 3 twice");
+        row("//FF01B01FF01B02FF03B03FF03B04", "the layout names no channel once");
+        row("//FF03B01FF03B02FF03B03FF03B04", "the layout names no channel once");
+        row("//FF01B05FF02B05FF03B10FF03B14", "the layout uses cell 5 twice");
         row("//FF01B01FF02B02FF03B03FF04B03", "the layout uses cell 3 twice");
         row("//FF01B00FF02B02FF03B03FF04B04", "the layout group FF01B00 is none");
         row("//FF01B17FF02B02FF03B03FF04B04", "the layout group FF01B17 is none");
