@@ -1,9 +1,9 @@
-#include "simulator/console.h"
 #include "simulator/options.h"
 #include "simulator/output.h"
 #include "simulator/quit_signals.h"
 #include "simulator/simulation.h"
 #ifdef Q_OS_UNIX
+#include "simulator/console.h"
 #include "simulator/stdin_lines.h"
 #endif
 
@@ -16,6 +16,7 @@ namespace {
 
 constexpr int failureStatus = 1;
 
+#ifdef Q_OS_UNIX
 void obeyConsoleLine(Console &console, const QString &line)
 {
     const Console::Result result = console.obey(line.toStdString());
@@ -24,7 +25,6 @@ void obeyConsoleLine(Console &console, const QString &line)
         QCoreApplication::quit();
 }
 
-#ifdef Q_OS_UNIX
 /// Standard input as the options and its nature ask for: a console, an end, both or neither.
 std::unique_ptr<StdinLines> watchStdin(const Options &options, Console &console)
 {
@@ -54,9 +54,9 @@ int run(const Options &options)
     });
     const QuitSignals signals;
     QObject::connect(&signals, &QuitSignals::raised, &signals, [] { QCoreApplication::quit(); });
-    Console console(simulation);
     simulation.start();
 #ifdef Q_OS_UNIX
+    Console console(simulation);
     const std::unique_ptr<StdinLines> lines = watchStdin(options, console);
 #else
     if (options.console || options.untilStdinCloses)
