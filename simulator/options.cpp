@@ -37,6 +37,11 @@ struct Vocabulary
     QCommandLineOption verbose = option("verbose", "Report every command and every answer.");
     QCommandLineOption untilStdinCloses =
         option("until-stdin-closes", "End when standard input ends.");
+    QCommandLineOption restartTime =
+        option("restart-time",
+               "How long a switch is deaf after a reset (default: 300) and a module after a new "
+               "setup (default: 1000).",
+               "MS");
 
     QCommandLineOption link =
         option("link", "serial: put a symbolic link to the virtual port at PATH.", "PATH");
@@ -68,19 +73,17 @@ struct Vocabulary
         option("switch-port", "module: UDP port for the switch's traffic. Default: 23", "PORT");
     QCommandLineOption quietGap =
         option("quiet-gap", "module: pause of the switch that ends a datagram. Default: 50", "MS");
-    QCommandLineOption restartTime = option(
-        "restart-time", "module: how long it is deaf after a new setup. Default: 1000", "MS");
 
     QList<QCommandLineOption> ofSerial() const { return {link, port}; }
     QList<QCommandLineOption> ofModule() const
     {
-        return {address,  mask,  gateway,        dhcp,       mac,      name,       username,
-                password, fleet, managementPort, switchPort, quietGap, restartTime};
+        return {address,  mask,     gateway, dhcp,           mac,        name,
+                username, password, fleet,   managementPort, switchPort, quietGap};
     }
     QList<QCommandLineOption> all() const
     {
-        return QList<QCommandLineOption>{help,       version, fault,           console,
-                                         printState, verbose, untilStdinCloses} +
+        return QList<QCommandLineOption>{help,    version,          fault,      console, printState,
+                                         verbose, untilStdinCloses, restartTime} +
                ofSerial() + ofModule();
     }
 };
@@ -104,6 +107,7 @@ public:
         options.printState = parser_.isSet(words_.printState);
         options.verbose = parser_.isSet(words_.verbose);
         options.untilStdinCloses = parser_.isSet(words_.untilStdinCloses);
+        options.switchRestartTime = time(words_.restartTime, options.switchRestartTime);
         return options;
     }
 
@@ -166,11 +170,6 @@ private:
         const auto port = [this](const QCommandLineOption &option, quint16 preset) {
             return static_cast<quint16>(number(option, preset, 1, 65535));
         };
-        const auto time = [this](const QCommandLineOption &option,
-                                 std::chrono::milliseconds preset) {
-            return std::chrono::milliseconds(
-                number(option, static_cast<int>(preset.count()), 0, 3600000));
-        };
         network.managementPort = port(words_.managementPort, network.managementPort);
         network.switchPort = port(words_.switchPort, network.switchPort);
         network.quietGap = time(words_.quietGap, network.quietGap);
@@ -216,6 +215,14 @@ private:
                        .arg(lowest)
                        .arg(highest));
         return value;
+    }
+
+    std::chrono::milliseconds time(const QCommandLineOption &option,
+                                   std::chrono::milliseconds preset) const
+    {
+        constexpr int anHour = 3600000;
+        return std::chrono::milliseconds(
+            number(option, static_cast<int>(preset.count()), 0, anHour));
     }
 
     Ipv4 address(const QCommandLineOption &option, const QString &value) const

@@ -6,6 +6,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <chrono>
 #include <variant>
 #include <vector>
 
@@ -18,6 +19,9 @@ struct Options
 
     std::vector<ModuleState> modules; ///< the network face; empty: none
     NetworkSettings network;
+
+    /// How long a switch is deaf after a reset; 0: not at all.
+    std::chrono::milliseconds switchRestartTime{300};
 
     Faults faults;
 

@@ -1,7 +1,13 @@
 #include "simulator/simulated_switch.h"
 
-SimulatedSwitch::SimulatedSwitch(QObject *parent) : QObject(parent)
+SimulatedSwitch::SimulatedSwitch(std::chrono::milliseconds restartTime, QObject *parent)
+    : QObject(parent)
 {
+    model_.setRestartsAfterReset(restartTime.count() > 0);
+    restart_.setSingleShot(true);
+    restart_.setTimerType(Qt::PreciseTimer);
+    restart_.setInterval(restartTime);
+    connect(&restart_, &QTimer::timeout, this, [this] { model_.finishRestart(); });
     model_.onEvent = [this](const SwitchEvent &event) { Q_EMIT happened(event); };
     connect(&unsolicited_, &QTimer::timeout, this,
             [this] { Q_EMIT announced(model_.pressNext()); });
@@ -9,7 +15,10 @@ SimulatedSwitch::SimulatedSwitch(QObject *parent) : QObject(parent)
 
 std::vector<Piece> SimulatedSwitch::receive(const QByteArray &bytes, int line)
 {
-    return model_.receive(bytes, line);
+    std::vector<Piece> answers = model_.receive(bytes, line);
+    if (model_.isRestarting() && !restart_.isActive())
+        restart_.start();
+    return answers;
 }
 
 void SimulatedSwitch::press(int channel)

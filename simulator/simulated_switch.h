@@ -4,15 +4,18 @@
 
 #include <QObject>
 #include <QTimer>
+#include <chrono>
 #include <vector>
 
-/// The switch as the faces share it: the model, and the clock for what it says unasked.
+/// The switch as the faces share it: the model, and the clock for its restarts
+/// and for what it says unasked.
 class SimulatedSwitch : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit SimulatedSwitch(QObject *parent = nullptr);
+    /// `restartTime`: how long it is deaf and silent after a reset; 0: not at all.
+    explicit SimulatedSwitch(std::chrono::milliseconds restartTime, QObject *parent = nullptr);
 
     /// As SwitchModel::receive. The answer goes to the asking line alone.
     std::vector<Piece> receive(const QByteArray &bytes, int line);
@@ -33,4 +36,5 @@ Q_SIGNALS:
 private:
     SwitchModel model_;
     QTimer unsolicited_;
+    QTimer restart_;
 };

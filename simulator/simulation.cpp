@@ -27,7 +27,7 @@ Simulation::Simulation(const Options &options) : options_(options)
 {
     const std::size_t count = std::max<std::size_t>(1, options_.modules.size());
     for (std::size_t i = 0; i < count; ++i) {
-        switches_.push_back(std::make_unique<SimulatedSwitch>());
+        switches_.push_back(std::make_unique<SimulatedSwitch>(options_.switchRestartTime));
         connect(switches_.back().get(), &SimulatedSwitch::happened, this,
                 [this, i](const SwitchEvent &event) { onSwitchEvent(i, event); });
     }
@@ -147,6 +147,10 @@ void Simulation::onSwitchEvent(std::size_t index, const SwitchEvent &event)
         break;
     case SwitchEvent::Kind::TakenInPart:
         reportOf("switch", number, "took part of " + reportable(event.text) + ": " + event.reason);
+        break;
+    case SwitchEvent::Kind::Restarted:
+        if (options_.verbose)
+            reportOf("switch", number, "restarted");
         break;
     case SwitchEvent::Kind::StateChanged:
         printChangedState();

@@ -3,8 +3,11 @@
 #include "simulator/switch_answers.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
+
+const std::string duringRestart = "the switch is restarting";
 
 /// A NUL, bytes that are no UTF-8, an escape sequence.
 const std::string junk("\x00\xff\xfe\x80#?\x1b[31m~\n", 13);
@@ -53,11 +56,13 @@ std::vector<Piece> SwitchModel::receive(const QByteArray &bytes, int line)
                 input.overflowing = true;
             continue;
         }
-        if (input.overflowing)
-            reject(input.collected, "command too long");
+        const Line whole = std::exchange(input, Line{});
+        if (restarting_)
+            reject(whole.collected, duringRestart);
+        else if (whole.overflowing)
+            reject(whole.collected, "command too long");
         else
-            answers += handle(input.collected);
-        input = Line{};
+            answers += handle(whole.collected);
     }
     return say(answers);
 }
@@ -66,6 +71,10 @@ std::vector<Piece> SwitchModel::press(int channel)
 {
     if (channel < 1 || channel > 4) {
         reject("press " + std::to_string(channel), "the front panel has buttons 1 to 4");
+        return {};
+    }
+    if (restarting_) {
+        reject("press " + std::to_string(channel), duringRestart);
         return {};
     }
     SwitchState pressed = state_;
@@ -82,7 +91,29 @@ std::vector<Piece> SwitchModel::pressNext()
 
 std::vector<Piece> SwitchModel::flood(int bytes)
 {
+    if (restarting_) {
+        reject("flood " + std::to_string(bytes), duringRestart);
+        return {};
+    }
     return say(fillerText(bytes));
+}
+
+void SwitchModel::finishRestart()
+{
+    if (!restarting_)
+        return;
+    loseUnfinished();
+    restarting_ = false;
+    tell(SwitchEvent::Kind::Restarted);
+}
+
+void SwitchModel::loseUnfinished()
+{
+    for (auto &[number, line] : lines_) {
+        const Line lost = std::exchange(line, Line{});
+        if (!lost.collected.empty())
+            reject(lost.collected, duringRestart);
+    }
 }
 
 void SwitchModel::setState(const SwitchState &state)
@@ -115,6 +146,12 @@ std::string SwitchModel::handle(const std::string &text)
         tell(SwitchEvent::Kind::TakenInPart, text, arranged.remark);
     const std::string answer = obey(command);
     tell(SwitchEvent::Kind::Said, answer);
+    const bool resets = command.kind == SwitchCommand::Kind::SoftReset ||
+                        command.kind == SwitchCommand::Kind::FactoryReset;
+    if (resets && restartsAfterReset_) {
+        restarting_ = true;
+        loseUnfinished();
+    }
     return faults_.garbage ? junk + answer : answer;
 }
 

@@ -24,7 +24,7 @@ QByteArray joined(const std::vector<Piece> &pieces);
 /// What happened inside the switch, for logs and tests.
 struct SwitchEvent
 {
-    enum class Kind { Obeyed, Rejected, Said, StateChanged, TakenInPart };
+    enum class Kind { Obeyed, Rejected, Said, StateChanged, TakenInPart, Restarted };
 
     Kind kind;
     /// The command (Obeyed, Rejected, TakenInPart) or the answer before faults (Said).
@@ -55,6 +55,15 @@ public:
     /// `bytes` bytes of text out of the blue.
     std::vector<Piece> flood(int bytes);
 
+    /// Whether "//R" and "//F" make the switch restart. A fresh model has no clock to end a restart
+    /// with and hears on.
+    void setRestartsAfterReset(bool restarts) { restartsAfterReset_ = restarts; }
+    /// Between a reset and finishRestart() the switch hears and says nothing. What arrives then,
+    /// what stands behind the reset and what has arrived of an unfinished command are lost, each
+    /// of it reported as rejected; so are presses and floods.
+    bool isRestarting() const { return restarting_; }
+    void finishRestart();
+
     const SwitchState &state() const { return state_; }
     void setState(const SwitchState &state);
     /// As the front panel's reset: factory settings, without a word.
@@ -79,6 +88,7 @@ public:
 private:
     std::string handle(const std::string &text);
     std::string obey(const SwitchCommand &command);
+    void loseUnfinished();
     void reject(const std::string &text, const std::string &reason);
     void tell(SwitchEvent::Kind kind, const std::string &text = {}, const std::string &reason = {});
     std::vector<Piece> say(const std::string &text);
@@ -96,4 +106,6 @@ private:
     int rejectedCount_ = 0;
     int softResetCount_ = 0;
     std::string lastRejection_;
+    bool restartsAfterReset_ = false;
+    bool restarting_ = false;
 };

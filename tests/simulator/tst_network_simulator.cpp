@@ -247,6 +247,20 @@ private Q_SLOTS:
         QTRY_COMPARE(second.got(), QList<QByteArray>{"**M2\n"});
     }
 
+    void behindTheModuleTheSwitchIsDeafAfterAReset()
+    {
+        SimulatorProcess simulator;
+        simulator.start(arguments({QStringLiteral("--verbose"), QStringLiteral("--restart-time"),
+                                   QStringLiteral("400")}));
+        Link link("127.0.0.1", switchPort_);
+        link.say("//F\r//c2\r");
+        QTRY_VERIFY(simulator.reports().contains("switch: restarted\n"));
+        QVERIFY2(simulator.reports().contains("switch: rejected //c2: the switch is restarting\n"),
+                 simulator.reports().constData());
+        link.say("//c3\r");
+        QTRY_COMPARE(link.got(), (QList<QByteArray>{"Factory settings restored\n", "**C3\n"}));
+    }
+
     void longTextsComeInDatagramsOf1400Bytes()
     {
         SimulatorProcess simulator;

@@ -47,6 +47,15 @@ private Q_SLOTS:
         QCOMPARE(options.network.switchPort, quint16(23));
         QVERIFY(options.network.quietGap == 50ms);
         QVERIFY(options.network.restartTime == 1000ms);
+        QVERIFY(options.switchRestartTime == 300ms);
+    }
+
+    void theRestartTimeIsForSwitchesToo()
+    {
+        const auto none = read("serial --restart-time 0");
+        QVERIFY(std::get<Options>(none).switchRestartTime == 0ms);
+        const auto unasked = read("serial");
+        QVERIFY(std::get<Options>(unasked).switchRestartTime == 300ms);
     }
 
     void everyModuleOptionReachesItsPlace()
@@ -75,6 +84,7 @@ private Q_SLOTS:
         QCOMPARE(options.network.switchPort, quint16(19023));
         QVERIFY(options.network.quietGap == 5ms);
         QVERIFY(options.network.restartTime == 7ms);
+        QVERIFY(options.switchRestartTime == 7ms);
         QVERIFY(options.faults.ofSwitch.crlf);
         QVERIFY(options.faults.ofModule.late == 3ms);
         QVERIFY(options.console && options.printState && options.verbose);
@@ -114,6 +124,7 @@ private Q_SLOTS:
         row("module --switch-port 65536", "--switch-port needs a number from 1 to 65535");
         row("module --switch-port 1901", "--management-port and --switch-port must differ");
         row("module --quiet-gap -1", "--quiet-gap needs a number from 0 to 3600000");
+        row("serial --restart-time -1", "--restart-time needs a number from 0 to 3600000");
         row("serial --fault nope", "there is no fault \"nope\"");
         row("serial --fault delay=soon", "the fault delay needs MS, not \"soon\"");
     }

@@ -228,6 +228,44 @@ private Q_SLOTS:
                             "switch: answer **C2\\n\n"));
     }
 
+    void afterAResetItIsDeafForAWhile_data()
+    {
+        QTest::addColumn<QString>("options");
+        QTest::addColumn<int>("atLeast");
+        QTest::newRow("as asked for")
+            << QStringLiteral("serial --verbose --restart-time 500") << 500;
+        QTest::newRow("unasked") << QStringLiteral("serial --verbose") << 300;
+    }
+
+    void afterAResetItIsDeafForAWhile()
+    {
+        QFETCH(QString, options);
+        QFETCH(int, atLeast);
+        SimulatorProcess simulator;
+        Line line;
+        QVERIFY(line.open(simulator.start(options.split(QLatin1Char(' '))).value(0)));
+        QElapsedTimer time;
+        time.start();
+        line.say("//R\r//c2\r");
+        QTRY_VERIFY(simulator.reports().endsWith("switch: restarted\n"));
+        QVERIFY2(time.elapsed() >= atLeast, QByteArray::number(time.elapsed()).constData());
+        QCOMPARE(simulator.reports(), QByteArray("switch: command //R\n"
+                                                 "switch: answer Soft reset\\n\n"
+                                                 "switch: rejected //c2: the switch is restarting\n"
+                                                 "switch: restarted\n"));
+        line.say("//c3\r");
+        QTRY_COMPARE(line.heard(), QByteArray("Soft reset\n**C3\n"));
+    }
+
+    void theRestartCanTakeNoTime()
+    {
+        SimulatorProcess simulator;
+        Line line;
+        QVERIFY(line.open(simulator.start(words("serial --restart-time 0")).value(0)));
+        line.say("//F\r//c2\r");
+        QTRY_COMPARE(line.heard(), QByteArray("Factory settings restored\n**C2\n"));
+    }
+
     void aLayoutTakenInPartIsReported()
     {
         SimulatorProcess simulator;
