@@ -48,6 +48,8 @@ struct Vocabulary
     QCommandLineOption port = option(
         "port", "serial: speak on the real serial port NAME (115200 8N1) instead of a virtual one.",
         "NAME");
+    QCommandLineOption noPacing = option(
+        "no-pacing", "serial: send as fast as the virtual port is read, not at 115200 baud.");
 
     QCommandLineOption address = option(
         "address", "module: its IPv4 address; given again for the next module. Default: 127.0.0.1",
@@ -74,7 +76,7 @@ struct Vocabulary
     QCommandLineOption quietGap =
         option("quiet-gap", "module: pause of the switch that ends a datagram. Default: 50", "MS");
 
-    QList<QCommandLineOption> ofSerial() const { return {link, port}; }
+    QList<QCommandLineOption> ofSerial() const { return {link, port, noPacing}; }
     QList<QCommandLineOption> ofModule() const
     {
         return {address,  mask,     gateway, dhcp,           mac,        name,
@@ -138,6 +140,7 @@ private:
         options.serial = true;
         options.linkPath = text(words_.link, {});
         options.portName = text(words_.port, {});
+        options.pacing = !parser_.isSet(words_.noPacing);
         if (!options.linkPath.isEmpty() && !options.portName.isEmpty())
             refuse(QStringLiteral("--link leads to a virtual port, and --port names a real one"));
     }

@@ -16,6 +16,7 @@ struct Options
     bool serial = false; ///< the serial face
     QString linkPath;    ///< symbolic link to the virtual port; empty: none
     QString portName;    ///< a real port instead of a virtual one; empty: virtual
+    bool pacing = true;  ///< a virtual port is as slow as a line; a real one has its own speed
 
     std::vector<ModuleState> modules; ///< the network face; empty: none
     NetworkSettings network;

@@ -3,7 +3,7 @@
 #include <stdexcept>
 
 RealPortFace::RealPortFace(SimulatedSwitch &theSwitch, const QString &portName)
-    : SerialFace(theSwitch), name_(portName)
+    : SerialFace(theSwitch, ReplyPacer::unpaced), name_(portName)
 {
     connect(&port_, &QSerialPort::readyRead, this, [this] { hear(port_.readAll()); });
     connect(&port_, &QSerialPort::errorOccurred, this, &RealPortFace::onError);

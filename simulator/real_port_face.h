@@ -5,7 +5,7 @@
 #include <QSerialPort>
 
 /// A serial line on a real port, 115200 8N1 without flow control: the switch's end of a null-modem
-/// cable or of a pair of virtual ports.
+/// cable or of a pair of virtual ports. Bytes go as fast as the port takes them.
 class RealPortFace : public SerialFace
 {
     Q_OBJECT

@@ -14,7 +14,8 @@ class SerialFace : public QObject
     Q_OBJECT
 
 public:
-    explicit SerialFace(SimulatedSwitch &theSwitch);
+    /// `bytesPerSecond` as for ReplyPacer: what the line carries towards the other program.
+    SerialFace(SimulatedSwitch &theSwitch, int bytesPerSecond);
 
     /// Connects the cable. Throws std::runtime_error with a text for the user when it cannot.
     virtual void plug() = 0;
@@ -26,6 +27,8 @@ public:
 
     /// The number of this line towards the switch.
     static constexpr int line = 0;
+    /// So many bytes wait for the line at most; text that would make it more is dropped.
+    static constexpr qsizetype longestQueue = qsizetype{32} * 1024 * 1024;
 
 Q_SIGNALS:
     /// The line has broken by itself and is closed.
@@ -42,6 +45,9 @@ protected:
     virtual qsizetype backlog() const = 0;
 
 private:
+    void enqueue(const std::vector<Piece> &pieces);
+
     SimulatedSwitch &switch_;
     ReplyPacer pacer_;
+    bool overflowNoted_ = false;
 };

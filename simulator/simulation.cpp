@@ -105,7 +105,8 @@ void Simulation::makeSerialFace()
         serial_ = std::make_unique<RealPortFace>(theSwitch, options_.portName);
     } else {
 #ifdef Q_OS_UNIX
-        serial_ = std::make_unique<VirtualPortFace>(theSwitch, options_.linkPath);
+        const int speed = options_.pacing ? ReplyPacer::lineSpeed : ReplyPacer::unpaced;
+        serial_ = std::make_unique<VirtualPortFace>(theSwitch, options_.linkPath, speed);
 #else
         throw std::runtime_error("this system has no pseudo-terminals: name a port with --port");
 #endif

@@ -245,9 +245,11 @@ std::vector<Piece> SwitchModel::say(const std::string &text)
         return {};
     const QByteArray bytes =
         QByteArray::fromStdString(faults_.crlf ? withCarriageReturns(text) : text);
-    const int chunk = faults_.chunkBytes > 0 ? faults_.chunkBytes : static_cast<int>(bytes.size());
+    const bool inChunks = faults_.chunkBytes > 0;
+    const int chunk = inChunks ? faults_.chunkBytes : static_cast<int>(bytes.size());
     std::vector<Piece> pieces;
     for (int at = 0; at < bytes.size(); at += chunk)
-        pieces.push_back({at == 0 ? faults_.delay : faults_.chunkGap, bytes.mid(at, chunk)});
+        pieces.push_back(
+            {at == 0 ? faults_.delay : faults_.chunkGap, bytes.mid(at, chunk), inChunks});
     return pieces;
 }

@@ -16,6 +16,9 @@ struct Piece
 {
     std::chrono::milliseconds wait{0};
     QByteArray bytes;
+    /// Arrives in one go, once the line has carried all of it; other pieces arrive as they are
+    /// carried.
+    bool whole = false;
 };
 
 /// All bytes of `pieces` in order, their waits forgotten.

@@ -45,7 +45,7 @@ private:
     SimulatedSwitch &switch_;
     quint16 port_;
     std::unique_ptr<QUdpSocket> socket_;
-    ReplyPacer pacer_;
+    ReplyPacer pacer_{ReplyPacer::unpaced};
     AnswerPacker packer_;
     QTimer quiet_;
     QTimer sending_;

@@ -1,7 +1,8 @@
 #include "simulator/virtual_port_face.h"
 
-VirtualPortFace::VirtualPortFace(SimulatedSwitch &theSwitch, const QString &linkPath)
-    : SerialFace(theSwitch), linkPath_(linkPath)
+VirtualPortFace::VirtualPortFace(SimulatedSwitch &theSwitch, const QString &linkPath,
+                                 int bytesPerSecond)
+    : SerialFace(theSwitch, bytesPerSecond), linkPath_(linkPath)
 {
     connect(&terminal_, &PseudoTerminal::received, this, &VirtualPortFace::hear);
 }

@@ -12,8 +12,8 @@ class VirtualPortFace : public SerialFace
     Q_OBJECT
 
 public:
-    /// `linkPath`: where to put the link; empty: none.
-    VirtualPortFace(SimulatedSwitch &theSwitch, const QString &linkPath);
+    /// `linkPath`: where to put the link; empty: none. `bytesPerSecond` as for SerialFace.
+    VirtualPortFace(SimulatedSwitch &theSwitch, const QString &linkPath, int bytesPerSecond);
 
     void plug() override;
     void unplug() override;

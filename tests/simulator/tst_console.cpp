@@ -190,7 +190,11 @@ private Q_SLOTS:
     }
 
 private:
-    static QStringList console() { return {QStringLiteral("serial"), QStringLiteral("--console")}; }
+    static QStringList console()
+    {
+        return {QStringLiteral("serial"), QStringLiteral("--console"),
+                QStringLiteral("--no-pacing")};
+    }
 };
 
 QTEST_GUILESS_MAIN(ConsoleTest)

@@ -34,6 +34,15 @@ private Q_SLOTS:
         QVERIFY(options.faults == Faults{});
         QVERIFY(!options.console && !options.printState && !options.verbose);
         QVERIFY(!options.untilStdinCloses);
+        QVERIFY(options.pacing);
+    }
+
+    void theLineCanDoWithoutItsSpeed()
+    {
+        for (const char *line : {"serial --no-pacing", "all --no-pacing"}) {
+            const auto asked = read(line);
+            QVERIFY(!std::get<Options>(asked).pacing);
+        }
     }
 
     void aModuleHasItsDefaults()
@@ -110,6 +119,7 @@ private Q_SLOTS:
             "--link leads to a virtual port, and --port names a real one");
         row("serial --address 192.0.2.7", "--address means nothing to serial");
         row("serial --fleet 2", "--fleet means nothing to serial");
+        row("module --no-pacing", "--no-pacing means nothing to module");
         row("module --link /tmp/x", "--link means nothing to module");
         row("module --address 192.0.2", "--address needs an IPv4 address, not \"192.0.2\"");
         row("module --mask x", "--mask needs an IPv4 address, not \"x\"");

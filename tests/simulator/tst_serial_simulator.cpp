@@ -197,9 +197,56 @@ private Q_SLOTS:
     {
         SimulatorProcess simulator;
         Line line;
-        QVERIFY(line.open(simulator.start(words("serial --fault flood=200000")).value(0)));
+        QVERIFY(
+            line.open(simulator.start(words("serial --no-pacing --fault flood=2000000")).value(0)));
         line.say("//BP\r");
-        QTRY_COMPARE_WITH_TIMEOUT(line.heard().size(), qsizetype(31 + 200000), 20000);
+        // 174 s at the line's speed
+        QTRY_COMPARE_WITH_TIMEOUT(line.heard().size(), qsizetype(31 + 2000000), 60000);
+    }
+
+    void answersTakeTheTimeOfTheLine()
+    {
+        SimulatorProcess simulator;
+        Line line;
+        QVERIFY(line.open(simulator.start(words("serial --fault flood=3000")).value(0)));
+        QElapsedTimer time;
+        time.start();
+        line.say("//BP\r");
+        QTRY_COMPARE(line.heard().size(), qsizetype(31 + 3000));
+        // 3031 bytes of ten bits at 115200 baud
+        QVERIFY2(time.elapsed() >= 263, QByteArray::number(time.elapsed()).constData());
+    }
+
+    void whatIsSaidUnaskedWaitsItsTurn()
+    {
+        SimulatorProcess simulator;
+        Line line;
+        QVERIFY(line.open(simulator.start(words("serial --console --fault flood=5000")).value(0)));
+        line.say("//BP\r");
+        QTRY_VERIFY(line.heard().size() >= 31);
+        simulator.type("flood 100");
+        simulator.type("press 3");
+        simulator.type("state");
+        QVERIFY(simulator.linesUpTo("Hotkey").startsWith("KM control: 3\n"));
+        line.say("//c2\r");
+        QTRY_COMPARE(line.heard().size(), qsizetype(31 + 5000 + 100 + 5 + 5));
+        QVERIFY(line.heard().startsWith("//FF01B01FF02B02FF03B03FF04B04\n0123"));
+        QVERIFY(line.heard().endsWith("\n**M3\n**C2\n"));
+        QCOMPARE(line.heard().indexOf("**M3"), qsizetype(31 + 5000 + 100));
+    }
+
+    void aRealPortIsNotPaced()
+    {
+        PseudoTerminal cable;
+        cable.open();
+        qsizetype heard = 0;
+        connect(&cable, &PseudoTerminal::received, this,
+                [&heard](const QByteArray &bytes) { heard += bytes.size(); });
+        SimulatorProcess simulator;
+        simulator.start({QStringLiteral("serial"), QStringLiteral("--port"), cable.path(),
+                         QStringLiteral("--fault"), QStringLiteral("flood=2000000")});
+        cable.write("//BP\r");
+        QTRY_COMPARE_WITH_TIMEOUT(heard, qsizetype(31 + 2000000), 60000);
     }
 
     void thePrintedStateFollowsTheSwitch()

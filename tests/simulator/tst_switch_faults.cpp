@@ -57,6 +57,9 @@ private Q_SLOTS:
         QVERIFY(pieces[0].wait == 300ms);
         QVERIFY(pieces[1].wait == 7ms);
         QVERIFY(pieces[2].wait == 7ms);
+        QVERIFY(pieces[0].whole && pieces[1].whole && pieces[2].whole);
+        model.setFaults({});
+        QVERIFY(!model.receive("//c2\r").front().whole);
     }
 
     void garbageStandsBeforeEveryAnswer()
