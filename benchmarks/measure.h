@@ -2,10 +2,13 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QFile>
+#include <QList>
 #include <QObject>
 #include <QWidget>
 #include <functional>
 #include <sys/resource.h>
+#include <unistd.h>
 
 /// User and system CPU time of this process so far, in milliseconds.
 inline double cpuMilliseconds()
@@ -17,6 +20,16 @@ inline double cpuMilliseconds()
                static_cast<double>(time.tv_usec) / 1000.0;
     };
     return milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
+}
+
+/// The memory that this process holds right now, in megabytes; 0 where the system does not tell.
+inline double residentMegabytes()
+{
+    QFile status(QStringLiteral("/proc/self/statm"));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    const QList<QByteArray> pages = status.readAll().split(' ');
+    return pages.value(1).toDouble() * static_cast<double>(::sysconf(_SC_PAGESIZE)) / 1e6;
 }
 
 /// Calls `then` once, after `window` has been painted for the first time.

@@ -4,7 +4,9 @@
 
 class QTextEdit;
 
-/// The terminal: shows what the switch says, as plain text, and keeps all of it.
+/// The terminal: shows what the switch says, as plain text, and keeps the last 100,000 lines and
+/// the one that is being written. Old lines go ten thousand at a time, so there may be that many
+/// more. A line of more than 1000 characters is broken.
 class TerminalView
 {
 public:
@@ -21,5 +23,8 @@ public:
     void clear();
 
 private:
+    QString withLongLinesBroken(const QString &chunk) const;
+    void dropOldLines();
+
     QTextEdit &view_;
 };

@@ -5,7 +5,18 @@
 #include <QTextBlock>
 #include <QTextEdit>
 
-/// The terminal: plain text, all of it, its last line in sight.
+namespace {
+/// Lines "line `first`" to "line `last`", each with its line feed.
+QString lines(int first, int last)
+{
+    QString text;
+    for (int line = first; line <= last; ++line)
+        text += QStringLiteral("line %1\n").arg(line);
+    return text;
+}
+} // namespace
+
+/// The terminal: plain text, the last 100,000 lines of it, the very last one in sight.
 class TerminalViewTest : public QObject
 {
     Q_OBJECT
@@ -53,6 +64,101 @@ private Q_SLOTS:
         view.selectAll();
         terminal.append(QStringLiteral(" second"));
         QCOMPARE(view.toPlainText(), QStringLiteral("first second"));
+    }
+
+    void theLast100000LinesAlwaysStay()
+    {
+        QTextEdit view;
+        TerminalView terminal(view);
+        terminal.append(lines(1, 100'000));
+        QCOMPARE(view.toPlainText(), lines(1, 100'000));
+        int most = 0;
+        for (int line = 100'001; line <= 130'000; line += 500) {
+            terminal.append(lines(line, line + 499));
+            QVERIFY2(view.document()->blockCount() > 100'000, qPrintable(QString::number(line)));
+            most = std::max(most, view.document()->blockCount());
+        }
+        QVERIFY2(most <= 111'000, qPrintable(QString::number(most)));
+        QVERIFY(view.toPlainText().endsWith(lines(30'001, 130'000)));
+    }
+
+    void muchMoreAtOnceIsCutToTheLast100000Lines()
+    {
+        QTextEdit view;
+        TerminalView terminal(view);
+        terminal.append(lines(1, 250'000) + QStringLiteral("begun"));
+        QCOMPARE(view.toPlainText(), lines(150'001, 250'000) + QStringLiteral("begun"));
+        QCOMPARE(view.document()->blockCount(), 100'001);
+        QVERIFY(view.textCursor().atEnd());
+    }
+
+    void theEndStaysInSightWhenOldLinesGo()
+    {
+        QTextEdit view;
+        view.resize(300, 120);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+        TerminalView terminal(view);
+        terminal.append(lines(1, 100'000));
+        for (int line = 100'001; line <= 111'000; line += 1000) {
+            terminal.append(lines(line, line + 999));
+            terminal.scrollToEnd();
+            QCOMPARE(view.verticalScrollBar()->value(), view.verticalScrollBar()->maximum());
+            const QTextCursor top = view.cursorForPosition(QPoint(2, 2));
+            QVERIFY(top.blockNumber() > view.document()->blockCount() - 20);
+        }
+    }
+
+    void textWithoutALineFeedIsBroken_data()
+    {
+        QTest::addColumn<int>("chunk");
+        QTest::newRow("byte by byte") << 1;
+        QTest::newRow("in pieces") << 700;
+        QTest::newRow("at once") << 2500;
+    }
+
+    void textWithoutALineFeedIsBroken()
+    {
+        QFETCH(int, chunk);
+        const QString text(2500, QLatin1Char('x'));
+        QTextEdit view;
+        TerminalView terminal(view);
+        terminal.append(QStringLiteral("before\n"));
+        for (int at = 0; at < text.size(); at += chunk)
+            terminal.append(text.mid(at, chunk));
+        terminal.append(QStringLiteral("\nafter"));
+        QCOMPARE(view.toPlainText().split(QLatin1Char('\n')),
+                 (QStringList{QStringLiteral("before"), QString(1000, QLatin1Char('x')),
+                              QString(1000, QLatin1Char('x')), QString(500, QLatin1Char('x')),
+                              QStringLiteral("after")}));
+    }
+
+    void aLineOfExactlyTheLongestLengthIsNotBroken()
+    {
+        QTextEdit view;
+        TerminalView terminal(view);
+        const QString longest = QString(1000, QLatin1Char('x')) + QLatin1Char('\n');
+        terminal.append(longest + longest.left(600));
+        terminal.append(longest.mid(600) + QStringLiteral("end"));
+        QCOMPARE(view.toPlainText(), longest + longest + QStringLiteral("end"));
+    }
+
+    void aBreakSplitsNoCharacter()
+    {
+        const QString screen = QString::fromUtf8("\xf0\x9f\x96\xa5"); // two units in UTF-16
+        QTextEdit view;
+        TerminalView terminal(view);
+        terminal.append(QString(999, QLatin1Char('x')) + screen + screen);
+        QCOMPARE(view.toPlainText(),
+                 QString(999, QLatin1Char('x')) + screen + QLatin1Char('\n') + screen);
+    }
+
+    void normalLinesInOneGoShowInFull()
+    {
+        QTextEdit view;
+        TerminalView terminal(view);
+        terminal.append(lines(1, 20'000)); // more than 200 kB
+        QCOMPARE(view.toPlainText(), lines(1, 20'000));
     }
 
     void controlAndStrayCharactersDoNotBreakIt()
