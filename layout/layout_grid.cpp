@@ -86,7 +86,8 @@ LayoutGrid::LayoutGrid(QTableWidget &table) : table_(table)
     table_.setItemDelegate(&delegate_);
     table_.setTabKeyNavigation(false); // Tab reaches the grid and leaves it; arrows walk its cells
     table_.setToolTip(QStringLiteral(
-        "Drag a display with the mouse, or move the one in focus with Ctrl and an arrow key"));
+        "Drag a display with the mouse, or move the one in focus with Ctrl and an arrow key.\n"
+        "One that is dropped on another goes back"));
     table_.installEventFilter(this);
 }
 
@@ -253,6 +254,8 @@ void LayoutGrid::takeDrop()
     const bool accepted = areAllFourChannels(dropped);
     if (accepted)
         layout_.swap(dropped);
+    else if (dropped.size() < layout_.size())
+        writeLog("A display was dropped on another one and goes back");
     redraw();
     if (accepted)
         focusMovedDisplay(dropped);

@@ -2,6 +2,7 @@
 
 #include "device/layout_command.h"
 #include "layout/layout_grid.h"
+#include "log/event_log.h"
 #include "log/notices.h"
 #include "session/device_link.h"
 
@@ -18,7 +19,8 @@ LayoutSubmission::LayoutSubmission(LayoutGrid &grid, DeviceLink &link, QComboBox
 
 void LayoutSubmission::submit()
 {
-    if (areAllConnected())
+    const bool connected = areAllConnected();
+    if (connected)
         showNoticeModal(QStringLiteral("Display topology has been updated"),
                         QMessageBox::Information);
     else
@@ -29,6 +31,8 @@ void LayoutSubmission::submit()
     activePorts_.setCurrentIndex(allPortsActive);
     std::string command = buildLayoutCommand();
     link_.writeDirectly(link_.frame(command));
+    if (!connected)
+        writeLog("The displays do not touch; the layout was sent as it is");
     activePorts_.setCurrentIndex(chosen);
 }
 

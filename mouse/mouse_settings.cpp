@@ -15,6 +15,17 @@
 namespace {
 constexpr int lastCustomItem = resolutionCount - 1;
 
+/// Logs what is to become of a custom setting's name that will not come back as it was typed.
+void logNameChanges(int setting, QString name, const std::string &command)
+{
+    const std::string subject = "The name of custom setting " + std::to_string(setting);
+    if (name.trimmed().contains(QLatin1Char(' ')))
+        writeLog(subject + " has blanks; the resolution lists leave them out");
+    name.removeIf([](QChar character) { return character.category() == QChar::Other_Control; });
+    if (command.find(name.toStdString()) == std::string::npos)
+        writeLog(subject + " is too long for its command and was shortened");
+}
+
 QStringList itemsOf(const QComboBox &combo)
 {
     QStringList items;
@@ -52,7 +63,9 @@ void MouseSettings::submitCustomSetting()
     if (!ready_)
         return;
     ready_ = false;
-    link_.forwardCommand(submittedCommand(setting + 1, values));
+    const std::string command = submittedCommand(setting + 1, values);
+    link_.forwardCommand(command);
+    logNameChanges(setting + 1, values.name, command);
     for (QComboBox *combo : std::as_const(widgets_.resolutions))
         combo->setItemText(customItem(setting), values.name);
     link_.connection().later(timing_.readAfterSubmit, window_, "refresh_UI");

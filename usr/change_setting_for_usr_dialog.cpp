@@ -1,6 +1,7 @@
 #include "usr/change_setting_for_usr_dialog.h"
 
 #include "device/usr_frame.h"
+#include "log/event_log.h"
 #include "log/notices.h"
 #include "log/window_dress.h"
 #include "ui_change_setting_for_usr_dialog.h"
@@ -22,6 +23,14 @@ void takeUnlessBlank(const QString &entry, QString &value)
 {
     if (!entry.isEmpty())
         value = entry;
+}
+
+void logBlankCredentials(const QString &username, const QString &password)
+{
+    if (username.isEmpty())
+        writeLog("A blank user name was sent to the module; a blank one cannot log in");
+    if (password.isEmpty())
+        writeLog("A blank password was sent to the module; a blank one cannot log in");
 }
 } // namespace
 
@@ -56,7 +65,8 @@ void Change_setting_for_USR_Dialog::on_pushButton_Apply_clicked()
 
     USR_searcher searcher(currentIP_, ip_, subnetMask_, gateway_, ipAllocation_, username_,
                           password_, network_);
-    searcher.change_username_password_and_name(newUsername_, newPassword_, newName_);
+    if (searcher.change_username_password_and_name(newUsername_, newPassword_, newName_) > 0)
+        logBlankCredentials(username, password);
     wasApplied_ = true;
     // Deliberate: said whatever came of it. What went wrong has been reported by then.
     showNoticeModal(QStringLiteral("Settings were applied successfully"), QMessageBox::Information);

@@ -1,5 +1,6 @@
 #include "usr/ip_settings_dialog.h"
 
+#include "log/event_log.h"
 #include "log/notices.h"
 #include "log/window_dress.h"
 #include "ui_ip_settings_dialog.h"
@@ -7,6 +8,7 @@
 #include <QCloseEvent>
 #include <QRegularExpression>
 #include <QTimer>
+#include <algorithm>
 
 namespace {
 const auto staticAllocation = QStringLiteral("80"); // NOLINT(cert-err58-cpp): a literal
@@ -20,6 +22,17 @@ bool isDottedAddress(const QString &text)
     static const QRegularExpression form(QRegularExpression::anchoredPattern(
         QStringLiteral(R"(\d{1,3}\.\d{1,3}\.\d{1,3}\.\d{1,3})")));
     return form.match(text).hasMatch();
+}
+
+void logOctetsAbove255(const char *field, const QString &text)
+{
+    const QStringList octets = text.split(QLatin1Char('.'));
+    const bool isAbove = std::any_of(octets.begin(), octets.end(),
+                                     [](const QString &octet) { return octet.toInt() > 255; });
+    if (isDottedAddress(text) && isAbove)
+        writeLog(QStringLiteral("The %1 %2 has a number above 255; it was sent as an empty field")
+                     .arg(QLatin1String(field), text)
+                     .toStdString());
 }
 
 /// Shows what was read of one field, and keeps it unless it could not be read.
@@ -104,6 +117,9 @@ void IP_Settings_Dialog::apply_IP()
         endApply(QStringLiteral("Error in applying IP"), QMessageBox::Warning);
         return;
     }
+    logOctetsAbove255("IPv4 address", entered.address);
+    logOctetsAbove255("subnet mask", entered.subnetMask);
+    logOctetsAbove255("default gateway", entered.gateway);
     known_ = entered;
     ipAllocation_ = allocation;
     QTimer::singleShot(isDhcp ? timing_.afterDhcp : timing_.afterStatic, this,

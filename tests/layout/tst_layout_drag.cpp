@@ -1,5 +1,8 @@
 #include "grid_bench.h"
 
+#include "log/event_log.h"
+
+#include <QFile>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
@@ -11,6 +14,9 @@ class LayoutDragTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { QCOMPARE(openLog(), 1); }
+    void cleanupTestCase() { closeLog(); }
+
     void init()
     {
         bench_ = std::make_unique<GridBench>();
@@ -47,20 +53,27 @@ private Q_SLOTS:
 
     void aDropOnAnotherDisplayIsUndone()
     {
+        const qsizetype before = dropsUndone();
         QSignalSpy changes(&bench_->table, &QTableWidget::cellChanged);
         drag({0, 1}, {0, 2});
         QTRY_VERIFY(changes.size() >= 2); // the drop has come
         QCOMPARE(bench_->picture(), QStringLiteral("1234/..../..../...."));
         QCOMPARE(bench_->model(), QStringLiteral("1@0,0 2@0,1 3@0,2 4@0,3"));
+        QCOMPARE(dropsUndone(), before + 1);
         drag({0, 1}, {1, 1});
         QTRY_COMPARE(bench_->picture(), QStringLiteral("1.34/.2../..../...."));
+        QCOMPARE(dropsUndone(), before + 1);
+        QVERIFY(bench_->table.toolTip().contains(
+            QStringLiteral("One that is dropped on another goes back")));
     }
 
     void aDropOnItsOwnCellChangesNothing()
     {
+        const qsizetype before = dropsUndone();
         drag({0, 1}, {0, 1});
         drag({0, 0}, {1, 0});
         QTRY_COMPARE(bench_->picture(), QStringLiteral(".234/1.../..../...."));
+        QCOMPARE(dropsUndone(), before);
     }
 
     void aDropOutsideTheGridChangesNothing()
@@ -97,6 +110,15 @@ private Q_SLOTS:
     }
 
 private:
+    /// How often the log tells of a drop that was undone.
+    static qsizetype dropsUndone()
+    {
+        QFile log(eventLogPath());
+        return log.open(QIODevice::ReadOnly)
+                   ? log.readAll().count("A display was dropped on another one and goes back   ")
+                   : -1;
+    }
+
     QPoint centreOf(GridPosition cell) const
     {
         const QModelIndex index = bench_->table.model()->index(cell.row, cell.column);

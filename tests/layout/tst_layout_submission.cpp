@@ -63,7 +63,9 @@ private Q_SLOTS:
                            {cells[4], cells[5]},
                            {cells[6], cells[7]}}},
                          2);
+        const qsizetype before = sentApart();
         s_->submission.submit();
+        QCOMPARE(sentApart(), before + (connected ? 0 : 1));
         QCOMPARE(s_->user.seen().size(), 1);
         const auto &notice = s_->user.seen().first();
         QCOMPARE(notice.title, QStringLiteral("Information"));
@@ -197,6 +199,16 @@ private Q_SLOTS:
     }
 
 private:
+    /// How often the log tells of a layout whose displays do not touch.
+    static qsizetype sentApart()
+    {
+        QFile log(eventLogPath());
+        return log.open(QIODevice::ReadOnly)
+                   ? log.readAll().count(
+                         "The displays do not touch; the layout was sent as it is   ")
+                   : -1;
+    }
+
     struct Scene
     {
         Scene()

@@ -107,6 +107,37 @@ private Q_SLOTS:
     void init() { page_ = std::make_unique<Page>(); }
     void cleanup() { page_.reset(); }
 
+    void aNameThatWillNotComeBackAsTypedHasItsLineInTheLog_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<int>("withBlanks");
+        QTest::addColumn<int>("shortened");
+        QTest::newRow("plain") << QByteArray("OFFICE") << 0 << 0;
+        QTest::newRow("blanks") << QByteArray("MY OFFICE") << 1 << 0;
+        QTest::newRow("as long as the command holds") << QByteArray(82, 'x') << 0 << 0;
+        QTest::newRow("longer") << QByteArray(83, 'x') << 0 << 1;
+        QTest::newRow("both") << QByteArray(50, 'x') + ' ' + QByteArray(50, 'x') << 1 << 1;
+    }
+
+    void aNameThatWillNotComeBackAsTypedHasItsLineInTheLog()
+    {
+        QFETCH(QByteArray, name);
+        const QByteArray before = logText();
+        page_->settings.setReady(true);
+        page_->setting.setCurrentIndex(1);
+        page_->type(name.constData(), "100", "250");
+        page_->settings.submitCustomSetting();
+        const QByteArray lines = logText().mid(before.size());
+        const auto count = [&lines](const char *line) { return int(lines.count(line)); };
+        QTEST(
+            count(
+                "The name of custom setting 2 has blanks; the resolution lists leave them out   "),
+            "withBlanks");
+        QTEST(
+            count("The name of custom setting 2 is too long for its command and was shortened   "),
+            "shortened");
+    }
+
     void aChosenResolutionIsSent()
     {
         page_->report();

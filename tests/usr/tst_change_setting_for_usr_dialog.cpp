@@ -1,7 +1,9 @@
+#include "log/event_log.h"
 #include "tests/support/dialog_answers.h"
 #include "tests/usr/fake_module.h"
 #include "usr/change_setting_for_usr_dialog.h"
 
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -87,7 +89,48 @@ private Q_SLOTS:
         for (const QLabel *label : dialog_->findChildren<QLabel *>())
             QVERIFY(!label->text().contains(text("oldpas")));
         for (const QWidget *widget : dialog_->findChildren<QWidget *>())
-            QVERIFY(widget->toolTip().isEmpty());
+            QVERIFY(!widget->toolTip().contains(text("oldpas")));
+    }
+
+    void whatABlankFieldDoesIsSaid()
+    {
+        const auto field = [this](const char *name) {
+            return dialog_->findChild<QLineEdit *>(text(name));
+        };
+        QCOMPARE(field("lineEdit_Name")->placeholderText(), text("stays when left blank"));
+        for (const char *name : {"lineEdit_Username", "lineEdit_Password"}) {
+            QCOMPARE(field(name)->placeholderText(), text("written as blank when left blank"));
+            QVERIFY(field(name)->toolTip().contains(text("a blank one cannot log in")));
+        }
+    }
+
+    void aBlankCredentialHasItsLineInTheLog_data()
+    {
+        QTest::addColumn<QString>("username");
+        QTest::addColumn<QString>("password");
+        QTest::newRow("both given") << text("root") << text("toor");
+        QTest::newRow("no user name") << QString() << text("toor");
+        QTest::newRow("no password") << text("root") << QString();
+        QTest::newRow("neither") << QString() << QString();
+    }
+
+    void aBlankCredentialHasItsLineInTheLog()
+    {
+        QFETCH(QString, username);
+        QFETCH(QString, password);
+        QCOMPARE(openLog(), 1);
+        applyWith(text("New"), username, password);
+        closeLog();
+        QFile file(eventLogPath());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray log = file.readAll();
+        QCOMPARE(
+            log.count("A blank user name was sent to the module; a blank one cannot log in   "),
+            username.isEmpty() ? 1 : 0);
+        QCOMPARE(log.count("A blank password was sent to the module; a blank one cannot log in   "),
+                 password.isEmpty() ? 1 : 0);
+        for (const char *secret : {"root", "toor", "oldpas"})
+            QVERIFY(!log.contains(secret));
     }
 
     void theNewPasswordShowsOnlyWhileItIsTyped()

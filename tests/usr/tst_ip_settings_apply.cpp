@@ -1,5 +1,7 @@
+#include "log/event_log.h"
 #include "tests/usr/ip_settings_fixture.h"
 
+#include <QFile>
 #include <QLabel>
 #include <QPushButton>
 #include <QTimer>
@@ -121,6 +123,7 @@ private Q_SLOTS:
 
     void anOctetOver255PassesAndIsSentAsAnEmptyField()
     {
+        QCOMPARE(openLog(), 1);
         makeDialog("80");
         applyStatic(text("192.168.1.300"));
         QTRY_COMPARE_WITH_TIMEOUT(boxes_->texts(),
@@ -130,6 +133,15 @@ private Q_SLOTS:
                                                 "0101a8c0 00ffffff 4465736b"
                                                 "61646d696e00 61646d696e00 02010000"
                                                 "9ca5251a2b3c 100e000001000000 ac"));
+        closeLog();
+        QFile log(eventLogPath());
+        QVERIFY(log.open(QIODevice::ReadOnly));
+        const QByteArray lines = log.readAll();
+        QVERIFY2(
+            lines.contains("The IPv4 address 192.168.1.300 has a number above 255; it was sent "
+                           "as an empty field   "),
+            lines.constData());
+        QCOMPARE(lines.count("above 255"), 1);
     }
 
     void aTextThatIsNoAddressIsRefusedAndNothingSent_data()
