@@ -13,15 +13,13 @@
 #include <QLabel>
 
 namespace {
-const std::string absent = "0";
-
 /// Selects by the value of `echoKey` first and of `statusKey` then; true when either is there.
 bool applyEither(QComboBox &combo, const std::string &text, std::string_view echoKey,
                  std::string_view statusKey)
 {
     const std::string echoed = replyValue(text, echoKey);
     const std::string stated = replyValue(text, statusKey);
-    if (echoed == absent && stated == absent)
+    if (echoed == absentValue && stated == absentValue)
         return false;
     selectItem(combo, echoed);
     selectItem(combo, stated);
@@ -88,7 +86,7 @@ void ReplyApplication::applyPortLimit(const std::string &value)
 bool ReplyApplication::applyFrontPanel(const std::string &text)
 {
     const std::string port = replyValue(text, bothControlsEcho);
-    if (port == absent)
+    if (port == absentValue)
         return false;
     const DisarmedHandlers disarmed(controls_);
     selectItem(*widgets_.usbControl, port);

@@ -1,6 +1,6 @@
 #include "device/configuration_file.h"
 
-#include "configuration_examples.h"
+#include "device/configuration_examples.h"
 
 #include <QTest>
 

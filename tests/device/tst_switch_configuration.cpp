@@ -1,4 +1,4 @@
-#include "configuration_examples.h"
+#include "device/configuration_examples.h"
 
 #include <QTest>
 
