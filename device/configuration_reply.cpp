@@ -177,6 +177,20 @@ void takeStatus(Reader &reader, std::string_view reply, SwitchConfiguration &con
             return portIn(value);
         });
 }
+
+const std::vector<std::string_view> &answerKeys()
+{
+    static const std::vector<std::string_view> keys = [] {
+        std::vector<std::string_view> all = {
+            portLimitReplyKey,   cursorRollingReplyKey, mouseModeReplyKey,
+            resolutionsReplyKey, buzzerReplyKey,        hotkeyReplyKey,
+            kmControlReplyKey,   usbControlReplyKey,    layoutReplyKey};
+        for (int setting = 0; setting < customSettings; ++setting)
+            all.push_back(customSettingReplyKey(setting));
+        return all;
+    }();
+    return keys;
+}
 } // namespace
 
 ConfigurationReading readConfiguration(std::string_view configurationReply,
@@ -209,21 +223,20 @@ ConfigurationReading readConfiguration(std::string_view reply)
     return readConfiguration(reply, reply, reply);
 }
 
+bool holdsPartOfAnswer(std::string_view reply)
+{
+    const std::vector<std::string_view> &keys = answerKeys();
+    return std::any_of(keys.begin(), keys.end(), [reply](std::string_view key) {
+        return key != kmControlReplyKey && key != usbControlReplyKey &&
+               reply.find(key) != std::string_view::npos;
+    });
+}
+
 bool isWholeAnswer(std::string_view reply)
 {
-    const auto isEnded = [reply](std::string_view key) {
+    const std::vector<std::string_view> &keys = answerKeys();
+    return std::all_of(keys.begin(), keys.end(), [reply](std::string_view key) {
         const auto found = reply.find(key);
         return found != std::string_view::npos && reply.find('\n', found) != std::string_view::npos;
-    };
-    for (const std::string_view key :
-         {portLimitReplyKey, cursorRollingReplyKey, mouseModeReplyKey, resolutionsReplyKey,
-          buzzerReplyKey, hotkeyReplyKey, kmControlReplyKey, usbControlReplyKey, layoutReplyKey}) {
-        if (!isEnded(key))
-            return false;
-    }
-    for (int setting = 0; setting < customSettings; ++setting) {
-        if (!isEnded(customSettingReplyKey(setting)))
-            return false;
-    }
-    return true;
+    });
 }

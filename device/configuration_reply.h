@@ -46,5 +46,9 @@ ConfigurationReading readConfiguration(std::string_view configurationReply,
 /// The same where one text holds the three answers.
 ConfigurationReading readConfiguration(std::string_view reply);
 
+/// Whether a key is there that only an answer has, so that one has begun. Who has control is told
+/// by the switch on its own as well.
+bool holdsPartOfAnswer(std::string_view reply);
+
 /// Whether every key is there with its line ended, so that no more is to come of an answer.
 bool isWholeAnswer(std::string_view reply);

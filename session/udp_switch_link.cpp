@@ -1,14 +1,8 @@
 #include "session/udp_switch_link.h"
 
-#include <QNetworkDatagram>
-#include <QPointer>
-#include <utility>
+#include "session/datagram_burst.h"
 
-namespace {
-/// Datagrams taken in one go: a flood must not hold the thread.
-constexpr int burst = 64;
-constexpr qint64 largestDatagram = 65'535; ///< bytes
-} // namespace
+#include <utility>
 
 UdpSwitchLink::UdpSwitchLink(const QHostAddress &address, quint16 port,
                              std::unique_ptr<QUdpSocket> socket)
@@ -60,14 +54,6 @@ void UdpSwitchLink::close()
 
 void UdpSwitchLink::read()
 {
-    const QPointer<UdpSwitchLink> self(this);
-    int taken = 0;
-    // One is taken, of any size, whatever the socket says of pending ones: where a report stands in
-    // front, it says that there are none, and a notification that takes nothing is the last.
-    do {
-        const QNetworkDatagram datagram = udpSocket->receiveDatagram(largestDatagram);
-        if (datagram.isValid())
-            Q_EMIT received(datagram.data());
-        ++taken;
-    } while (self && isOpen() && taken < burst && udpSocket->hasPendingDatagrams());
+    takeBurst(*udpSocket,
+              [this](const QNetworkDatagram &datagram) { Q_EMIT received(datagram.data()); });
 }

@@ -1,0 +1,37 @@
+#include "session/module_road.h"
+
+#include <QNetworkInterface>
+#include <algorithm>
+
+namespace {
+bool canBroadcast(const QNetworkInterface &candidate)
+{
+    constexpr QNetworkInterface::InterfaceFlags needed =
+        QNetworkInterface::IsUp | QNetworkInterface::IsRunning | QNetworkInterface::CanBroadcast;
+    if ((candidate.flags() & needed) != needed ||
+        candidate.flags().testFlag(QNetworkInterface::IsLoopBack))
+        return false;
+    const QList<QNetworkAddressEntry> entries = candidate.addressEntries();
+    return std::any_of(entries.cbegin(), entries.cend(), [](const QNetworkAddressEntry &entry) {
+        return entry.ip().protocol() == QAbstractSocket::IPv4Protocol;
+    });
+}
+} // namespace
+
+QList<ModuleRoad> broadcastRoads()
+{
+    QList<ModuleRoad> roads;
+    const QList<QNetworkInterface> interfaces = QNetworkInterface::allInterfaces();
+    for (const QNetworkInterface &candidate : interfaces) {
+        if (canBroadcast(candidate))
+            roads.append({static_cast<uint>(candidate.index()), QHostAddress::Broadcast});
+    }
+    return roads.size() > 1 ? roads : QList<ModuleRoad>{ModuleRoad()};
+}
+
+QNetworkDatagram requestOn(const ModuleRoad &road, quint16 port, const QByteArray &request)
+{
+    QNetworkDatagram datagram(request, road.broadcast, port);
+    datagram.setInterfaceIndex(road.interfaceIndex);
+    return datagram;
+}

@@ -1,0 +1,71 @@
+#include "session/module_search.h"
+
+#include "session/datagram_burst.h"
+
+#include <utility>
+
+ModuleSearch::ModuleSearch(ModuleNetwork network, QObject *parent)
+    : QObject(parent), network_(std::move(network))
+{
+    end_.setSingleShot(true);
+    end_.setTimerType(Qt::PreciseTimer);
+    connect(&end_, &QTimer::timeout, this, &ModuleSearch::finish);
+    connect(&socket_, &QUdpSocket::readyRead, this, &ModuleSearch::read);
+}
+
+ModuleSearch::~ModuleSearch()
+{
+    socket_.disconnect(this);
+}
+
+void ModuleSearch::start()
+{
+    result_ = {};
+    known_.clear();
+    if (!socket_.bind(network_.localAddress, network_.discoveryPort)) {
+        result_.problem = socket_.errorString();
+        Q_EMIT finished(result_);
+        return;
+    }
+    const QByteArray request = usr_frame::toBytes(usr_frame::searchRequest());
+    for (const ModuleRoad &road : std::as_const(network_.roads)) {
+        socket_.writeDatagram(requestOn(road, network_.modulePort, request));
+        Q_EMIT written(request);
+    }
+    end_.start(network_.collection);
+}
+
+void ModuleSearch::read()
+{
+    takeBurst(socket_, [this](const QNetworkDatagram &datagram) { take(datagram); });
+}
+
+void ModuleSearch::take(const QNetworkDatagram &datagram)
+{
+    Q_EMIT received(datagram.data());
+    const QString reply = usr_frame::toHexText(datagram.data());
+    if (!usr_frame::isDiscoveryReply(reply)) {
+        ++result_.ignored;
+        return;
+    }
+    const usr_frame::DiscoveryReply module = usr_frame::readDiscoveryReply(reply);
+    if (known_.contains(module.mac))
+        return;
+    known_.insert(module.mac);
+    result_.modules.append({module, roadOf(datagram)});
+}
+
+ModuleRoad ModuleSearch::roadOf(const QNetworkDatagram &datagram) const
+{
+    for (const ModuleRoad &road : network_.roads) {
+        if (road.interfaceIndex == datagram.interfaceIndex())
+            return road;
+    }
+    return network_.roads.value(0);
+}
+
+void ModuleSearch::finish()
+{
+    socket_.close();
+    Q_EMIT finished(std::exchange(result_, {}));
+}

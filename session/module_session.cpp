@@ -1,0 +1,123 @@
+#include "session/module_session.h"
+
+#include "session/datagram_burst.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+bool fits(const QString &text, int fieldSize)
+{
+    return text.toUtf8().size() <= fieldSize;
+}
+
+bool canBeWritten(const ModuleSettings &settings)
+{
+    const QStringList addresses = {settings.ip, settings.gateway, settings.subnetMask};
+    return fits(settings.name.value_or(QString()), usr_frame::nameSize) &&
+           fits(settings.newCredentials.username, usr_frame::credentialSize) &&
+           fits(settings.newCredentials.password, usr_frame::credentialSize) &&
+           std::none_of(addresses.cbegin(), addresses.cend(), [](const QString &address) {
+               return usr_frame::ipv4Field(address).isEmpty();
+           });
+}
+} // namespace
+
+ModuleSession::ModuleSession(FoundModule module, ModuleCredentials credentials,
+                             ModuleNetwork network, QObject *parent)
+    : QObject(parent), module_(std::move(module)), credentials_(std::move(credentials)),
+      network_(std::move(network))
+{
+    answerWait_.setSingleShot(true);
+    answerWait_.setTimerType(Qt::PreciseTimer);
+    connect(&answerWait_, &QTimer::timeout, this, &ModuleSession::onTimeUp);
+    connect(&socket_, &QUdpSocket::readyRead, this, &ModuleSession::read);
+}
+
+ModuleSession::~ModuleSession()
+{
+    socket_.disconnect(this);
+}
+
+void ModuleSession::logIn()
+{
+    if (isAsking_)
+        return;
+    isAsking_ = true;
+    cameAnything_ = false;
+    attemptsLeft_ = network_.loginRetries;
+    attempt();
+}
+
+bool ModuleSession::setUp(const ModuleSettings &settings)
+{
+    if (!canBeWritten(settings) || !bindSocket())
+        return false;
+    const QString &mac = module_.reply.mac;
+    const QString nameField =
+        usr_frame::textField(settings.name.value_or(QString()), usr_frame::nameSize);
+    const QString keptField = module_.reply.nameHex.leftJustified(nameField.size(), u'0');
+    return send(usr_frame::setupRequest({mac, credentials_.username, credentials_.password,
+                                         settings.ipAllocation, settings.ip, settings.gateway,
+                                         settings.subnetMask, settings.name ? nameField : keptField,
+                                         settings.newCredentials.username,
+                                         settings.newCredentials.password})) &&
+           send(usr_frame::commitRequest(mac, credentials_.username, credentials_.password));
+}
+
+void ModuleSession::attempt()
+{
+    // The socket stays bound from one attempt to the next, so that a late answer counts as well.
+    if (bindSocket())
+        send(usr_frame::loginRequest(module_.reply.mac, credentials_.username,
+                                     credentials_.password));
+    answerWait_.start(network_.loginAnswer);
+}
+
+void ModuleSession::read()
+{
+    takeBurst(socket_, [this](const QNetworkDatagram &datagram) { take(datagram); });
+}
+
+void ModuleSession::take(const QNetworkDatagram &datagram)
+{
+    if (!isAsking_)
+        return;
+    cameAnything_ = true;
+    const QString reply = usr_frame::toHexText(datagram.data());
+    if (usr_frame::isConfiguration(reply))
+        finish({ModuleLoginResult::Outcome::Accepted, usr_frame::readConfigurationReply(reply)});
+    else if (usr_frame::isRefusal(reply))
+        finish({ModuleLoginResult::Outcome::Refused, {}});
+}
+
+void ModuleSession::onTimeUp()
+{
+    if (attemptsLeft_ > 0) {
+        --attemptsLeft_;
+        attempt();
+        return;
+    }
+    finish({cameAnything_ ? ModuleLoginResult::Outcome::NotUnderstood
+                          : ModuleLoginResult::Outcome::Silent,
+            {}});
+}
+
+void ModuleSession::finish(const ModuleLoginResult &result)
+{
+    isAsking_ = false;
+    answerWait_.stop();
+    Q_EMIT loggedIn(result);
+}
+
+bool ModuleSession::bindSocket()
+{
+    return socket_.state() == QAbstractSocket::BoundState || socket_.bind(network_.localAddress);
+}
+
+bool ModuleSession::send(const QString &request)
+{
+    const QByteArray bytes = usr_frame::toBytes(request);
+    return socket_.writeDatagram(requestOn(module_.road, network_.modulePort, bytes)) ==
+           bytes.size();
+}

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "session/module_search.h"
+
+#include <optional>
+
+/// What a module answered to a login.
+struct ModuleLoginResult
+{
+    enum class Outcome {
+        Accepted,     ///< `configuration` is what it has stored
+        Refused,      ///< the credentials are wrong
+        Silent,       ///< nothing came
+        NotUnderstood ///< something came that is neither of the first two
+    };
+
+    Outcome outcome = Outcome::Silent;
+    usr_frame::ConfigurationReply configuration;
+};
+
+/// A user name and its password. They appear in requests and nowhere else.
+struct ModuleCredentials
+{
+    QString username;
+    QString password;
+};
+
+/// What is to be written into a module. What stays as it is has to be said as well, but for the
+/// name: the module takes all of it.
+struct ModuleSettings
+{
+    QString ipAllocation; ///< "00" for DHCP, "80" for a static address
+    QString ip;           ///< dotted, as are the next two
+    QString gateway;
+    QString subnetMask;
+    std::optional<QString> name; ///< at most 16 bytes in UTF-8; none keeps the one that was found
+    ModuleCredentials newCredentials;
+};
+
+/// Speaks with one module that a search has found, without blocking: the login that reads its
+/// configuration, and the setup that writes it. One at a time.
+class ModuleSession : public QObject
+{
+    Q_OBJECT
+
+public:
+    ModuleSession(FoundModule module, ModuleCredentials credentials, ModuleNetwork network = {},
+                  QObject *parent = nullptr);
+    ~ModuleSession() override;
+
+    /// Asks for the configuration, again where no answer comes in time; loggedIn() follows. A
+    /// refusal is an answer.
+    void logIn();
+
+    /// Sends the setup and the commit that makes the module take it. Nothing is awaited: a search
+    /// tells when the module is back and where. Returns whether both have left this machine;
+    /// nothing is sent where a text is longer than its field or an address is none.
+    bool setUp(const ModuleSettings &settings);
+
+Q_SIGNALS:
+    void loggedIn(const ModuleLoginResult &result);
+
+private:
+    void attempt();
+    void read();
+    void take(const QNetworkDatagram &datagram);
+    void onTimeUp();
+    void finish(const ModuleLoginResult &result);
+    bool bindSocket();
+    bool send(const QString &request);
+
+    FoundModule module_;
+    ModuleCredentials credentials_;
+    ModuleNetwork network_;
+    QUdpSocket socket_;
+    QTimer answerWait_;
+    int attemptsLeft_ = 0;
+    bool isAsking_ = false;
+    bool cameAnything_ = false;
+};
