@@ -94,13 +94,17 @@ private Q_SLOTS:
 
     void whatABlankFieldDoesIsSaid()
     {
+        dialog_->show();
         const auto field = [this](const char *name) {
             return dialog_->findChild<QLineEdit *>(text(name));
         };
         QCOMPARE(field("lineEdit_Name")->placeholderText(), text("stays when left blank"));
         for (const char *name : {"lineEdit_Username", "lineEdit_Password"}) {
-            QCOMPARE(field(name)->placeholderText(), text("written as blank when left blank"));
+            QCOMPARE(field(name)->placeholderText(), text("blank is written as blank"));
             QVERIFY(field(name)->toolTip().contains(text("a blank one cannot log in")));
+            const QFontMetrics metrics(field(name)->font());
+            QVERIFY(metrics.horizontalAdvance(field(name)->placeholderText()) + 24 <
+                    field(name)->width());
         }
     }
 
