@@ -40,6 +40,21 @@ private Q_SLOTS:
         QCOMPARE(picture.pixelColor(2, 2), QToolTip::palette().color(QPalette::ToolTipBase));
     }
 
+    void noSheetIsLeftFromTheTipBefore()
+    {
+        QPushButton other;
+        other.setStyleSheet(QStringLiteral("background-color: rgb(255, 0, 0);"));
+        other.setToolTip(QStringLiteral("another widget's"));
+        other.show();
+        hover(other); // the tip in sight is used again for the next one
+        QTRY_VERIFY(tip() != nullptr);
+        button_->setToolTip(QStringLiteral("Connected"));
+        hover();
+        QTRY_VERIFY(tip() != nullptr && tip()->text() == QStringLiteral("Connected"));
+        QCOMPARE(tip()->grab().toImage().pixelColor(2, 2),
+                 QToolTip::palette().color(QPalette::ToolTipBase));
+    }
+
     void aTipOfADisabledWidgetIsShownToo()
     {
         button_->setToolTip(QStringLiteral("no port chosen"));
@@ -74,11 +89,13 @@ private Q_SLOTS:
     }
 
 private:
-    void hover()
+    void hover() { hover(*button_); }
+
+    static void hover(QWidget &widget)
     {
-        const QPoint middle = button_->rect().center();
-        QHelpEvent event(QEvent::ToolTip, middle, button_->mapToGlobal(middle));
-        QApplication::sendEvent(button_.get(), &event);
+        const QPoint middle = widget.rect().center();
+        QHelpEvent event(QEvent::ToolTip, middle, widget.mapToGlobal(middle));
+        QApplication::sendEvent(&widget, &event);
     }
 
     /// The tool tip in sight, if any.
