@@ -105,7 +105,6 @@ void MouseSettings::trimCustomEntries()
 
 void MouseSettings::setCustomEntry(int setting, const std::string &value, std::size_t skip)
 {
-    const DisarmedHandlers disarmed(controls_);
     if (value != absentValue)
         awaitedEntries_.reset(static_cast<std::size_t>(setting));
     const QString name = QString::fromStdString(customEntryName(value, skip));

@@ -71,7 +71,6 @@ void USR_searcher::get_data_from_USR()
             const usr_frame::DiscoveryReply reply = usr_frame::readDiscoveryReply(hexText);
             if (reply.ip != targetIP)
                 continue;
-            foundIP = reply.ip;
             mac = reply.mac;
             nameHex = reply.nameHex;
             name = reply.name;
@@ -128,12 +127,9 @@ QString USR_searcher::get_IP_allocation()
 
 QString USR_searcher::get_static_IP()
 {
-    const QString ip = readField("Get static IP error", [](const QString &reply) {
+    return readField("Get static IP error", [](const QString &reply) {
         return usr_frame::readConfigurationReply(reply).staticIp;
     });
-    if (ip != failed)
-        foundIP = ip;
-    return ip;
 }
 
 QString USR_searcher::get_gateway()
@@ -243,7 +239,6 @@ bool USR_searcher::hasOddReply() const
 
 void USR_searcher::attemptLogin()
 {
-    loginFlag = 0;
     get_data_from_USR();
     bindConfigSocket();
     const WaitCursor cursor;

@@ -100,7 +100,6 @@ private:
     QString newIP;
     QString newSubnetMask;
     QString newGateway;
-    QString foundIP;
     QString mac;
     QString ipAllocation;
     QString name;
@@ -110,7 +109,6 @@ private:
     QString password;
     QString newUsername;
     QString newPassword;
-    quint8 loginFlag = 0;
     quint8 useNewName = 0;
     qint32 retryCount = 0;
     std::string lastReply;

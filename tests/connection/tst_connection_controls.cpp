@@ -1,6 +1,9 @@
 #include "device_link_fixture.h"
 
+#include <QApplication>
+#include <QHelpEvent>
 #include <QTest>
+#include <QToolTip>
 
 /// What the window shows of the connection.
 class ConnectionControlsTest : public QObject
@@ -48,6 +51,24 @@ private Q_SLOTS:
         QCOMPARE(f.on.toolTip(), QString());
     }
 
+    void theIndicatorsToolTipIsNotPaintedLikeTheIndicator()
+    {
+        LinkFixture f;
+        f.controls.setConnected();
+        f.on.setStyleSheet(f.indicator.styleSheet());
+        f.window.show();
+        for (QPushButton *button : {&f.indicator, &f.on}) {
+            button->setToolTip(QStringLiteral("why"));
+            QHelpEvent asked(QEvent::ToolTip, QPoint(1, 1), button->mapToGlobal(QPoint(1, 1)));
+            QCoreApplication::sendEvent(button, &asked);
+            QTRY_VERIFY(tip() != nullptr);
+            QCOMPARE(tip()->grab().toImage().pixelColor(2, 2),
+                     QToolTip::palette().color(QPalette::ToolTipBase));
+            QToolTip::hideText();
+            QTRY_VERIFY(tip() == nullptr);
+        }
+    }
+
     void groupsAreSwitchedTogether()
     {
         LinkFixture f;
@@ -74,6 +95,17 @@ private Q_SLOTS:
             }
             QCOMPARE(f.controls.areHandlersArmed(), before);
         }
+    }
+
+private:
+    static QWidget *tip()
+    {
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        for (QWidget *window : windows) {
+            if (window->inherits("QTipLabel") && window->isVisible())
+                return window;
+        }
+        return nullptr;
     }
 };
 
