@@ -9,7 +9,7 @@
 #include <QUdpSocket>
 
 /// A network module that answered a search.
-struct FoundModule
+struct ModuleOnLan
 {
     usr_frame::DiscoveryReply reply;
     ModuleRoad road; ///< on which it answered; later requests leave by it
@@ -19,7 +19,7 @@ struct FoundModule
 struct ModuleSearchResult
 {
     QString problem; ///< why there was no search, in the system's words; empty when there was one
-    QList<FoundModule> modules; ///< each MAC once, in the order of their first answers
+    QList<ModuleOnLan> modules; ///< each MAC once, in the order of their first answers
     int ignored = 0;            ///< answers that no module gives, by their size
 };
 

@@ -23,7 +23,7 @@ bool canBeWritten(const ModuleSettings &settings)
 }
 } // namespace
 
-ModuleSession::ModuleSession(FoundModule module, ModuleCredentials credentials,
+ModuleSession::ModuleSession(ModuleOnLan module, ModuleCredentials credentials,
                              ModuleNetwork network, QObject *parent)
     : QObject(parent), module_(std::move(module)), credentials_(std::move(credentials)),
       network_(std::move(network))

@@ -44,7 +44,7 @@ class ModuleSession : public QObject
     Q_OBJECT
 
 public:
-    ModuleSession(FoundModule module, ModuleCredentials credentials, ModuleNetwork network = {},
+    ModuleSession(ModuleOnLan module, ModuleCredentials credentials, ModuleNetwork network = {},
                   QObject *parent = nullptr);
     ~ModuleSession() override;
 
@@ -69,7 +69,7 @@ private:
     bool bindSocket();
     bool send(const QString &request);
 
-    FoundModule module_;
+    ModuleOnLan module_;
     ModuleCredentials credentials_;
     ModuleNetwork network_;
     QUdpSocket socket_;
