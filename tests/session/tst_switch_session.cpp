@@ -1,63 +1,8 @@
-#include "device/configuration_examples.h"
-#include "session/udp_switch_link.h"
-#include "session_watch.h"
-#include "udp_switch.h"
+#include "network_scene.h"
 
 #include <QTimer>
 
 using namespace std::chrono_literals;
-
-namespace {
-const QByteArrayList questions = {"//rl\r", "//??\r", "//BP\r"};
-
-QByteArrayList questionsTimes(int times)
-{
-    QByteArrayList all;
-    for (int i = 0; i < times; ++i)
-        all += questions;
-    return all;
-}
-
-std::unique_ptr<SwitchLink> linkTo(const UdpSwitch &device)
-{
-    return std::make_unique<UdpSwitchLink>(QHostAddress(QHostAddress::LocalHost), device.port());
-}
-
-/// Times for a switch that leaves something open.
-SwitchSession::Timing hurry()
-{
-    return {150ms, 2s, 60ms, 2, 150ms, 150ms};
-}
-
-QByteArray answerWith(const char *before, const char *after)
-{
-    const QByteArray answer = QByteArray::fromStdString(exampleAnswer());
-    if (!answer.contains(before))
-        qFatal("the example has no such text");
-    return QByteArray(answer).replace(before, after);
-}
-
-QStringList problemsOf(const ConfigurationReading &reading)
-{
-    QStringList names;
-    for (const ReplyProblem &problem : reading.problems)
-        names.append(settingName(problem.key));
-    return names;
-}
-
-struct Scene
-{
-    explicit Scene(SwitchSession::Timing timing = noHurry()) : watch(linkTo(device), timing)
-    {
-        device.answers["//rl\r"] = {exampleListing};
-        device.answers["//??\r"] = {exampleStatus};
-        device.answers["//BP\r"] = {exampleLayout};
-    }
-
-    UdpSwitch device;
-    SessionWatch watch;
-};
-} // namespace
 
 /// A session over the network: when an answer is complete, and what is said where there is none.
 class SwitchSessionTest : public QObject
@@ -67,7 +12,7 @@ class SwitchSessionTest : public QObject
 private Q_SLOTS:
     void theThreeQuestionsAndTheirAnswers()
     {
-        Scene s;
+        NetworkScene s;
         QVERIFY(s.watch.open());
         QVERIFY(!s.watch.session.isBusy());
         QVERIFY(s.watch.ask());
@@ -102,7 +47,7 @@ private Q_SLOTS:
     void howeverTheAnswerComes()
     {
         QFETCH(QByteArrayList, datagrams);
-        Scene s;
+        NetworkScene s;
         s.device.answers.clear();
         QVERIFY(s.watch.open());
         s.watch.session.ask();
@@ -118,7 +63,7 @@ private Q_SLOTS:
 
     void aMissingKeyIsAskedForAgainAndThenTold()
     {
-        Scene s(hurry());
+        NetworkScene s(hurry());
         s.device.answers["//??\r"] = {"Current KM Control: 2\nCurrent USB Control 3\n"};
         QVERIFY(s.watch.open());
         QVERIFY(s.watch.ask());
@@ -129,7 +74,7 @@ private Q_SLOTS:
 
     void aMissingKeyThatNobodyNeedsIsNotAskedForAgain()
     {
-        Scene s(hurry());
+        NetworkScene s(hurry());
         s.device.answers["//BP\r"] = {};
         QVERIFY(s.watch.open());
         QVERIFY(s.watch.ask({SettingKey::KmControl, SettingKey::Buzzer}));
@@ -141,7 +86,7 @@ private Q_SLOTS:
     {
         SwitchSession::Timing timing = noHurry();
         timing.silence = 60ms;
-        Scene s(timing);
+        NetworkScene s(timing);
         s.device.answers["//BP\r"] = {"//FF01B05FF02B0"};
         QVERIFY(s.watch.open());
         s.watch.session.ask();
@@ -154,7 +99,7 @@ private Q_SLOTS:
 
     void aSilentSwitchIsNoAnswer()
     {
-        Scene s(hurry());
+        NetworkScene s(hurry());
         s.device.answers.clear();
         QVERIFY(s.watch.open());
         QVERIFY(!s.watch.ask());
@@ -170,7 +115,7 @@ private Q_SLOTS:
     {
         SwitchSession::Timing timing = hurry();
         timing.retries = 0;
-        Scene s(timing);
+        NetworkScene s(timing);
         s.device.answers.clear();
         QVERIFY(s.watch.open());
         QVERIFY(!s.watch.ask());
@@ -179,7 +124,7 @@ private Q_SLOTS:
 
     void noiseAloneIsNotUnderstood()
     {
-        Scene s(hurry());
+        NetworkScene s(hurry());
         s.device.answers.clear();
         s.device.answers["//rl\r"] = {"\x01\x02 secret \x03\n"};
         QVERIFY(s.watch.open());
@@ -195,7 +140,7 @@ private Q_SLOTS:
     {
         SwitchSession::Timing timing = noHurry();
         timing.silence = 20ms;
-        Scene s(timing);
+        NetworkScene s(timing);
         s.device.answers.clear();
         s.device.answers["//rl\r"] = {"**C2\n", "Current KM Control: 2\nCurrent USB Control: 3\n"};
         QVERIFY(s.watch.open());
@@ -211,7 +156,7 @@ private Q_SLOTS:
 
     void aLateAnswerIsNotTakenForTheNextOne()
     {
-        Scene s(hurry());
+        NetworkScene s(hurry());
         s.device.answers.clear();
         QVERIFY(s.watch.open());
         s.watch.session.ask();
@@ -232,7 +177,7 @@ private Q_SLOTS:
 
     void anAnswerThatComesToNobodyIsForgotten()
     {
-        Scene s(hurry());
+        NetworkScene s(hurry());
         s.device.answers.clear();
         QVERIFY(s.watch.open());
         QVERIFY(!s.watch.ask());
@@ -246,7 +191,7 @@ private Q_SLOTS:
 
     void aLateAnswerThatNeverComesIsWaitedForOnce()
     {
-        Scene s(hurry());
+        NetworkScene s(hurry());
         const auto answers = std::exchange(s.device.answers, {});
         QVERIFY(s.watch.open());
         QVERIFY(!s.watch.ask());
@@ -260,7 +205,7 @@ private Q_SLOTS:
 
     void aModuleThatIsAwayIsHeardAgain()
     {
-        Scene s(hurry());
+        NetworkScene s(hurry());
         QVERIFY(s.watch.open());
         s.device.vanish();
         QVERIFY(!s.watch.ask());
@@ -275,7 +220,7 @@ private Q_SLOTS:
         SwitchSession::Timing timing = hurry();
         timing.firstByte = 300ms;
         timing.retries = 0;
-        Scene s(timing);
+        NetworkScene s(timing);
         s.device.answers.clear();
         QVERIFY(s.watch.open());
         s.watch.session.ask();
@@ -295,7 +240,7 @@ private Q_SLOTS:
 
     void anAnswerInAFloodIsFound()
     {
-        Scene s;
+        NetworkScene s;
         s.device.answers.clear();
         QVERIFY(s.watch.open());
         s.watch.session.ask();
@@ -315,7 +260,7 @@ private Q_SLOTS:
         SwitchSession::Timing timing = noHurry();
         timing.rest = 150ms;
         timing.retries = 0;
-        Scene s(timing);
+        NetworkScene s(timing);
         s.device.answers["//BP\r"] = {};
         QVERIFY(s.watch.open());
         QTimer dribble;
@@ -323,105 +268,6 @@ private Q_SLOTS:
         dribble.start(5ms);
         QVERIFY(s.watch.ask());
         QCOMPARE(problemsOf(s.watch.reading), QStringList(QStringLiteral("layout")));
-    }
-
-    void commandsGoOutInOrder()
-    {
-        Scene s;
-        QVERIFY(s.watch.open());
-        QVERIFY(
-            s.watch.send({{"//c3", SettingKey::KmControl}, {"//CE 1 4", resolutionSetting(1)}}));
-        QTRY_COMPARE(s.device.commands(), (QByteArrayList{"//c3\r", "//CE 1 4\r"}));
-        QCOMPARE(s.watch.commands, (QByteArrayList{"//c3", "//CE 1 4"}));
-        QVERIFY(s.watch.send({{"//u1", SettingKey::UsbControl}, {"//B0", SettingKey::Buzzer}}));
-        QTRY_COMPARE(s.device.commands().mid(2), (QByteArrayList{"//u1\r", "//B0\r"}));
-        QVERIFY(s.watch.send({}));
-    }
-
-    void betweenTheHalvesIsARest()
-    {
-        Scene s(hurry());
-        QVERIFY(s.watch.open());
-        QVERIFY(s.watch.send({{"//c3", SettingKey::KmControl},
-                              {"//CE 1 4", resolutionSetting(1)},
-                              {"//u1", SettingKey::UsbControl},
-                              {"//B0", SettingKey::Buzzer}}));
-        QTRY_COMPARE(s.device.commands(),
-                     (QByteArrayList{"//c3\r", "//CE 1 4\r", "//u1\r", "//B0\r"}));
-        const qint64 rest = s.device.timeOf(2) - s.device.timeOf(1);
-        QVERIFY2(rest >= 145, qPrintable(QString::number(rest)));
-        QVERIFY(s.device.timeOf(1) - s.device.timeOf(0) < 100);
-    }
-
-    void theSwitchGetsTimeToStoreACustomSetting()
-    {
-        Scene s(hurry());
-        QVERIFY(s.watch.open());
-        QVERIFY(s.watch.send({{"//MM C2 120 80 DESK ", customSetting(2)}}));
-        QVERIFY(s.watch.ask());
-        QCOMPARE(s.device.commands(), (QByteArrayList{"//MM C2 120 80 DESK \r"} + questions));
-        const qint64 rest = s.device.timeOf(1) - s.device.timeOf(0);
-        QVERIFY2(rest >= 145, qPrintable(QString::number(rest)));
-    }
-
-    void closingEndsItWithoutAWord()
-    {
-        Scene s(hurry());
-        s.device.answers.clear();
-        QVERIFY(s.watch.open());
-        s.watch.session.ask();
-        s.watch.session.close();
-        QTest::qWait(300); // two attempts' time
-        QCOMPARE(s.watch.answered + s.watch.failed, 0);
-        QVERIFY(!s.watch.session.isOpen());
-        QVERIFY(!s.watch.ask());
-        QCOMPARE(s.watch.lastError->kind, SessionError::Kind::Broken);
-    }
-
-    void oneThingAtATime()
-    {
-        Scene s;
-        QVERIFY(s.watch.open());
-        s.watch.session.ask();
-        s.watch.session.ask();
-        s.watch.session.send({{"//c3", SettingKey::KmControl}});
-        QTRY_COMPARE(s.watch.answered, 1);
-        QCOMPARE(s.device.commands(), questions);
-        QCOMPARE(s.watch.sent, 0);
-    }
-
-    void whatPassesIsTold()
-    {
-        Scene s;
-        QByteArrayList passed;
-        connect(&s.watch.session, &SwitchSession::written, this,
-                [&](const QByteArray &frame) { passed.append("> " + frame); });
-        connect(&s.watch.session, &SwitchSession::received, this,
-                [&](const QByteArray &bytes) { passed.append("< " + bytes); });
-        QVERIFY(s.watch.open());
-        s.device.answers["//R\r"] = {"Soft reset\n"};
-        s.watch.session.write("//R");
-        QTRY_COMPARE(passed, (QByteArrayList{"> //R\r", "< Soft reset\n"}));
-    }
-
-    void hundredsSideBySide()
-    {
-        constexpr int count = 300;
-        std::vector<std::unique_ptr<Scene>> scenes;
-        for (int i = 0; i < count; ++i) {
-            scenes.push_back(std::make_unique<Scene>());
-            scenes.back()->watch.session.open();
-        }
-        const auto all = [&](auto said) {
-            return std::all_of(scenes.begin(), scenes.end(),
-                               [&](const auto &scene) { return said(scene->watch) == 1; });
-        };
-        QTRY_VERIFY(all([](const SessionWatch &watch) { return watch.opened; }));
-        for (const auto &scene : scenes)
-            scene->watch.session.ask();
-        QTRY_VERIFY(all([](const SessionWatch &watch) { return watch.answered; }));
-        for (const auto &scene : scenes)
-            QVERIFY(scene->watch.reading.configuration == exampleConfiguration());
     }
 };
 
