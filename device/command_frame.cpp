@@ -17,7 +17,7 @@ std::string toHexText(const std::string &text)
 
 QByteArray frameCommand(std::string &command, const HexConversion &toHex)
 {
-    command += '\r';
+    command += commandEnd;
     // Deliberate: the detour through hexadecimal text is the one road by which bytes reach the
     // wire.
     const QString hex = QString::fromStdString(toHex(command));

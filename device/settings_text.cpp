@@ -18,8 +18,7 @@ std::vector<Line> linesOf(const SettingsValues &values)
                                {usbControlKey, values.usbControl},
                                {limitPortsKey, values.limitPorts},
                                {cursorRollingKey, values.cursorRolling}};
-    const auto add = [&lines](const std::array<std::string_view, 4> &keys,
-                              const std::array<std::string, 4> &group) {
+    const auto add = [&lines](const auto &keys, const auto &group) {
         for (std::size_t at = 0; at < keys.size(); ++at)
             lines.push_back({keys.at(at), group.at(at)});
     };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "device/custom_setting.h"
 #include "device/layout_command.h"
 
 #include <array>
@@ -13,34 +14,35 @@
 /// The value of every line; see the keys below. Empty values are written as empty.
 struct SettingsValues
 {
-    std::string kmControl;                     ///< "//c1" to "//c4"
-    std::string usbControl;                    ///< "//u1" to "//u4"
-    std::string limitPorts;                    ///< "//D2" to "//D4"
-    std::string cursorRolling;                 ///< "//o0" or "//o1"
-    std::array<std::string, 4> resolutions;    ///< "//CE 1 1" and so on, by channel
-    std::array<std::string, 4> customSettings; ///< "//MM C1 100 250 OFFICE" and so on
-    std::array<std::string, 4> dataLabels;     ///< "100 250 OFFICE" and so on
-    std::string gridSettings;                  ///< the layout command
-    std::array<std::string, 4> coordinates;    ///< "row column", zero-based, by channel
-    std::string buzzer;                        ///< "//B0" or "//B1"
-    std::string mouseMode;                     ///< "//ks" or "//km"
+    std::string kmControl;                             ///< "//c1" to "//c4"
+    std::string usbControl;                            ///< "//u1" to "//u4"
+    std::string limitPorts;                            ///< "//D2" to "//D4"
+    std::string cursorRolling;                         ///< "//o0" or "//o1"
+    std::array<std::string, channelCount> resolutions; ///< "//CE 1 1" and so on, by channel
+    std::array<std::string, ::customSettings>
+        customSettings;                                   ///< "//MM C1 100 250 OFFICE" and so on
+    std::array<std::string, ::customSettings> dataLabels; ///< "100 250 OFFICE" and so on
+    std::string gridSettings;                             ///< the layout command
+    std::array<std::string, channelCount> coordinates;    ///< "row column", zero-based, by channel
+    std::string buzzer;                                   ///< "//B0" or "//B1"
+    std::string mouseMode;                                ///< "//ks" or "//km"
 };
 
 inline constexpr std::string_view kmControlKey = "KM Control: ";
 inline constexpr std::string_view usbControlKey = "USB Control: ";
 inline constexpr std::string_view limitPortsKey = "Limit Ports: ";
 inline constexpr std::string_view cursorRollingKey = "Cursor Rolling: ";
-inline constexpr std::array<std::string_view, 4> resolutionKeys = {
+inline constexpr std::array<std::string_view, channelCount> resolutionKeys = {
     "Resolution channel 1: ", "Resolution channel 2: ", "Resolution channel 3: ",
     "Resolution channel 4: "};
-inline constexpr std::array<std::string_view, 4> customSettingKeys = {
+inline constexpr std::array<std::string_view, customSettings> customSettingKeys = {
     "Custom mouse movement setting 1: ", "Custom mouse movement setting 2: ",
     "Custom mouse movement setting 3: ", "Custom mouse movement setting 4: "};
-inline constexpr std::array<std::string_view, 4> dataLabelKeys = {
+inline constexpr std::array<std::string_view, customSettings> dataLabelKeys = {
     "Data from mouse movement label 1: ", "Data from mouse movement label 2: ",
     "Data from mouse movement label 3: ", "Data from mouse movement label 4: "};
 inline constexpr std::string_view gridSettingsKey = "Grid settings: ";
-inline constexpr std::array<std::string_view, 4> coordinatesKeys = {
+inline constexpr std::array<std::string_view, channelCount> coordinatesKeys = {
     "Coordinates channel 1: ", "Coordinates channel 2: ", "Coordinates channel 3: ",
     "Coordinates channel 4: "};
 inline constexpr std::string_view buzzerKey = "Buzzer: ";
