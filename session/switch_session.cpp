@@ -201,7 +201,7 @@ void SwitchSession::endAttempt()
         return;
     }
     state_ = State::Idle;
-    if (reading.problems.size() < allSettingKeys().size())
+    if (hasBegun_ && reading.problems.size() < allSettingKeys().size())
         Q_EMIT answered(reading);
     else if (cameAnything)
         fail(SessionError::Kind::NotUnderstood, QStringLiteral("the answer cannot be understood"));

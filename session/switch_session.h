@@ -20,7 +20,7 @@ struct SessionError
         CannotOpen,   ///< the road could not be opened
         Broken,       ///< the open road is gone
         NoAnswer,     ///< nothing has come that belongs to an answer
-        NotUnderstood ///< an answer has come and says no setting at all
+        NotUnderstood ///< something has come, and it is no answer
     };
 
     Kind kind = Kind::NoAnswer;

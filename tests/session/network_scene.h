@@ -26,7 +26,7 @@ inline std::unique_ptr<SwitchLink> linkTo(const UdpSwitch &device)
 inline SwitchSession::Timing hurry()
 {
     using namespace std::chrono_literals;
-    return {150ms, 2s, 60ms, 2, 150ms, 150ms};
+    return {400ms, 5s, 150ms, 2, 150ms, 150ms};
 }
 
 inline QByteArray answerWith(const char *before, const char *after)

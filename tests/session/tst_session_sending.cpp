@@ -52,7 +52,7 @@ private Q_SLOTS:
         QVERIFY(s.watch.open());
         s.watch.session.ask();
         s.watch.session.close();
-        QTest::qWait(300); // two attempts' time
+        QTest::qWait(500); // longer than an attempt
         QCOMPARE(s.watch.answered + s.watch.failed, 0);
         QVERIFY(!s.watch.session.isOpen());
         QVERIFY(!s.watch.ask());
