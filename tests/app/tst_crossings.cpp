@@ -1,83 +1,11 @@
+#include "crossing_bench.h"
 #include "readback/yes_no_dialog.h"
 #include "support/canned_reply.h"
-#include "support/serial_window.h"
-
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
-#include <QWindow>
 
 namespace {
-constexpr char settingsLines[] = "KM Control: //c3\n"
-                                 "USB Control: //u4\n"
-                                 "Limit Ports: //D3\n"
-                                 "Cursor Rolling: //o0\n"
-                                 "Buzzer: //B0\n"
-                                 "Mouse Mode: //ks\n";
 const auto incomplete =
     QStringLiteral("Settings file not applied completely: the connection ended");
 const QList<QByteArray> readCommands = {"//rl", "//??", "//BP"};
-
-/// A window at one of two switches, with a settings file to load.
-struct TwoSwitches : SerialWindow
-{
-    TwoSwitches()
-    {
-        qputenv("PELORA_EXTRA_SERIAL_PORTS",
-                (cable->path() + QLatin1Char(':') + secondCable.path()).toLocal8Bit());
-        QFile file(path());
-        if (!file.open(QIODevice::WriteOnly) || file.write(settingsLines) < 0)
-            qFatal("the test's file cannot be written");
-    }
-
-    QString path() const { return folder.filePath(QStringLiteral("desk.txt")); }
-
-    bool startWithFile(const WindowSettings &settings = quick())
-    {
-        start(settings,
-              SettingsFile::Dialogs{[this] {
-                                        ++savesAsked;
-                                        return folder.filePath(QStringLiteral("saved.txt"));
-                                    },
-                                    [this] { return path(); }});
-        return waitForRead();
-    }
-
-    QTemporaryDir folder;
-    PtyPair secondCable;
-    ScriptedSwitch second{secondCable};
-    int savesAsked = 0;
-};
-
-bool areDeviceControlsDisabled(const WindowBench &bench)
-{
-    for (const char *name :
-         {"pushButton_Create_Settings_File", "pushButton_Load_Settings_File", "pushButton_Refresh",
-          "pushButtonSubmit", "pushButton_Submit_Custom_Mouse_Movement_Settings",
-          "pushButton_Factory_Reset", "pushButton_Soft_Reset", "pushButton_ON_Beep",
-          "pushButton_OFF_Beep", "pushButton_Mouse_Speed_Settings", "TopologyAndDisplayBtn",
-          "pushButton_Admin_Settings"}) {
-        if (bench.button(name)->isEnabled())
-            return false;
-    }
-    return !bench.combo("comboBox_KM_Control")->isEnabled() &&
-           !bench.combo("comboBox_mouse_movement_resolution_setting_1")->isEnabled();
-}
-
-bool isDisconnected(const WindowBench &bench)
-{
-    return !bench.isGreen() && bench.button("pushButton_ON_Connection")->isEnabled() &&
-           !bench.button("pushButton_OFF_Connection")->isEnabled() &&
-           areDeviceControlsDisabled(bench);
-}
-
-/// Lets a timer run out that is longer than every delay of a quick window.
-void passAllDelays()
-{
-    bool passed = false;
-    QTimer::singleShot(400, qApp, [&] { passed = true; });
-    QTRY_VERIFY(passed);
-}
 } // namespace
 
 /// Where roads cross on the serial line: a connection ends while something of it is still to come.
@@ -216,32 +144,6 @@ private Q_SLOTS:
         QCOMPARE(s.second.commands().count("//rl"), 6);
     }
 
-    void aPortThatDoesNotOpenLeavesEverythingDisabled_data()
-    {
-        QTest::addColumn<bool>("byWizard");
-        QTest::newRow("Connection Settings") << true;
-        QTest::newRow("port selector") << false;
-    }
-
-    void aPortThatDoesNotOpenLeavesEverythingDisabled()
-    {
-        QFETCH(bool, byWizard);
-        SerialWindow s;
-        QVERIFY(s.startAndRead());
-        if (byWizard) {
-            qputenv("PELORA_EXTRA_SERIAL_PORTS", "/dev/no_such_port");
-            s.button("pushButton_Connection_Settings")->click();
-        } else {
-            s.combo("comboBox_SelectPort")->addItem(QStringLiteral("/dev/no_such_port"));
-            s.combo("comboBox_SelectPort")
-                ->setCurrentIndex(s.combo("comboBox_SelectPort")->count() - 1);
-        }
-        QVERIFY(isDisconnected(s));
-        QVERIFY(s.button("pushButton_ON_Connection")
-                    ->toolTip()
-                    .contains(QStringLiteral("/dev/no_such_port could not be opened")));
-    }
-
     void anUnreadSwitchIsNotSaved()
     {
         TwoSwitches s;
@@ -286,122 +188,6 @@ private Q_SLOTS:
         QVERIFY(s.waitForRead());
         passAllDelays();
         QCOMPARE(s.device->commands(), readCommands);
-    }
-
-    void theNoticeOfALostLinkDoesNotKeepTheProgram()
-    {
-        SerialWindow s;
-        s.user.leaveBoxesOpen();
-        QVERIFY(s.startAndRead());
-        s.unplug();
-        QTRY_COMPARE(s.user.seen().size(), 1);
-        QMessageBox *notice = openBox();
-        QVERIFY(notice);
-        QVERIFY2(notice->windowHandle()->transientParent() == s.window->windowHandle(),
-                 "it stays above the window");
-        QTimer::singleShot(0, s.window.get(), [&s] { s.window->close(); });
-        QTimer::singleShot(5000, qApp, [] { QCoreApplication::exit(7); });
-        QCOMPARE(QApplication::exec(), 0);
-        s.window.reset();
-        QVERIFY(!openBox());
-    }
-
-    void theNoticeOfALostLinkGoesWhenTheLinkIsBack()
-    {
-        TwoSwitches s;
-        s.user.leaveBoxesOpen();
-        QVERIFY(s.startWithFile());
-        s.unplug();
-        QTRY_COMPARE(s.user.seen().size(), 1);
-        QVERIFY(s.user.seen().constFirst().text.contains(
-            QStringLiteral("; check the cable, then press On")));
-        QVERIFY(openBox());
-        s.button("pushButton_ON_Connection")->click(); // in vain
-        QVERIFY(openBox());
-        s.combo("comboBox_SelectPort")->setCurrentIndex(1);
-        QTRY_VERIFY(s.isGreen());
-        QVERIFY(!openBox());
-    }
-
-    void aSilentSwitchIsSpokenOf()
-    {
-        SerialWindow s;
-        s.device->answers.clear();
-        WindowSettings settings = SerialWindow::quick();
-        settings.networkLink.noAnswer = std::chrono::milliseconds(50);
-        s.start(settings);
-        const auto tip = [&s](const char *name) { return s.button(name)->toolTip(); };
-        QTRY_VERIFY(tip("pushButton_Connection_Indicator")
-                        .startsWith(QStringLiteral("No answer from the switch; ")));
-        QVERIFY(tip("pushButton_ON_Connection").endsWith(QStringLiteral("press On")));
-        QCOMPARE(s.log().count("No answer from the switch; "), 1);
-        QVERIFY(s.user.seen().isEmpty());
-        s.device->answers = ScriptedSwitch::cannedAnswers();
-        s.button("pushButton_ON_Connection")->click();
-        QVERIFY(s.waitForRead());
-        QCOMPARE(tip("pushButton_Connection_Indicator"), QStringLiteral("Connected"));
-        QCOMPARE(tip("pushButton_ON_Connection"), QString());
-
-        s.device->answers.clear();
-        s.window->refresh_UI();
-        QTRY_VERIFY(tip("pushButton_Connection_Indicator")
-                        .startsWith(QStringLiteral("No answer from the switch; press Refresh")));
-        QCOMPARE(s.log().count("No answer from the switch; "), 2);
-    }
-
-    void onWithoutAPortSaysWhereToChooseOne()
-    {
-        SerialWindow s;
-        s.user.ignore<Select_connection_method_Dialog>();
-        s.user.on<Select_connection_method_Dialog>(
-            [](Select_connection_method_Dialog &dialog) { dialog.close(); });
-        DialogRecorder closing;
-        closing.on<Select_connection_method_Dialog>(
-            [](Select_connection_method_Dialog &dialog) { dialog.close(); });
-        s.start();
-        s.button("pushButton_ON_Connection")->click();
-        QVERIFY(s.button("pushButton_Connection_Indicator")
-                    ->toolTip()
-                    .contains(QStringLiteral("no port chosen; press Connection Settings")));
-        QVERIFY(s.log().contains("no port chosen; press Connection Settings"));
-    }
-
-    void theLinkIsClosedBeforeTheStopLine()
-    {
-        SerialWindow s;
-        WindowSettings settings = SerialWindow::quick();
-        settings.linkFactories.serialPort = [](const QString &name) {
-            return std::make_unique<TellingPort>(name);
-        };
-        QVERIFY(s.startAndRead(settings));
-        s.window.reset();
-        const QByteArray lines = s.log();
-        QVERIFY2(lines.contains("the port is closed   "), lines.constData());
-        QVERIFY(lines.indexOf("the port is closed   ") < lines.indexOf("Stop........."));
-    }
-
-private:
-    /// A port that writes a line when it is closed.
-    class TellingPort : public QSerialPort
-    {
-    public:
-        using QSerialPort::QSerialPort;
-        void close() override
-        {
-            writeLog("the port is closed");
-            QSerialPort::close();
-        }
-    };
-
-    static QMessageBox *openBox()
-    {
-        const QWidgetList windows = QApplication::topLevelWidgets();
-        for (QWidget *window : windows) {
-            auto *box = qobject_cast<QMessageBox *>(window);
-            if (box != nullptr && box->isVisible())
-                return box;
-        }
-        return nullptr;
     }
 };
 

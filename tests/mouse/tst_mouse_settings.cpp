@@ -1,94 +1,9 @@
 #include "log/event_log.h"
-#include "mouse/mouse_settings.h"
-#include "support/dialog_recorder.h"
-#include "support/link_bench.h"
+#include "mouse_page.h"
 
-#include <QComboBox>
 #include <QFile>
-#include <QLabel>
-#include <QLineEdit>
-#include <QTest>
 
 namespace {
-/// Stands in for the window that reads the switch back.
-class Window : public QObject
-{
-    Q_OBJECT
-
-public:
-    int reads = 0;
-
-public Q_SLOTS:
-    void refresh_UI() { ++reads; }
-};
-
-/// The mouse page's widgets, wired as the main window wires them.
-struct Page
-{
-    explicit Page(MouseSettings::Timing timing = {std::chrono::milliseconds(20)})
-        : settings(window,
-                   {{&resolutions[0], &resolutions[1], &resolutions[2], &resolutions[3]},
-                    {&labels[0], &labels[1], &labels[2], &labels[3]},
-                    &setting,
-                    &name,
-                    &x,
-                    &y},
-                   bench.link(), bench.controls(), timing)
-    {
-        setting.addItems({QStringLiteral("C1"), QStringLiteral("C2"), QStringLiteral("C3"),
-                          QStringLiteral("C4")});
-        for (int channel = 1; channel <= 4; ++channel) {
-            QComboBox &combo = resolutions[channel - 1];
-            combo.addItems({QStringLiteral("1080p"), QStringLiteral("4K"), QStringLiteral("2K"),
-                            QStringLiteral("3840x1080"), QStringLiteral("5760x1080"),
-                            QStringLiteral("7680x1080"), QStringLiteral("1920x2160"),
-                            QStringLiteral("1920x3240"), QStringLiteral("1920x4320")});
-            QObject::connect(&combo, &QComboBox::currentIndexChanged, &combo,
-                             [this, channel] { settings.resolutionChanged(channel); });
-        }
-        QObject::connect(&setting, &QComboBox::currentIndexChanged, &setting,
-                         [this] { settings.fillEditFields(); });
-        bench.open();
-    }
-
-    /// Four settings as the switch reports them.
-    void report()
-    {
-        const char *const values[] = {"100 250 OFFICE", "120 080 DESK", "001 500 HOME",
-                                      "300 300 LAB"};
-        for (int at = 0; at < 4; ++at) {
-            settings.setCustomEntry(at, values[at], 8);
-            settings.setDataLabel(at, values[at]);
-        }
-    }
-
-    void type(const char *nameText, const char *xText, const char *yText)
-    {
-        name.setText(QString::fromUtf8(nameText));
-        x.setText(QString::fromUtf8(xText));
-        y.setText(QString::fromUtf8(yText));
-    }
-
-    QStringList customItems(int channel) const
-    {
-        QStringList items;
-        for (int item = 9; item < resolutions[channel - 1].count(); ++item)
-            items.append(resolutions[channel - 1].itemText(item));
-        return items;
-    }
-
-    DialogRecorder user;
-    Window window;
-    LinkBench bench;
-    QComboBox resolutions[4];
-    QLabel labels[4];
-    QComboBox setting;
-    QLineEdit name;
-    QLineEdit x;
-    QLineEdit y;
-    MouseSettings settings;
-};
-
 QByteArray logText()
 {
     QFile log(eventLogPath());
@@ -96,6 +11,7 @@ QByteArray logText()
 }
 } // namespace
 
+/// Custom settings: typed, checked, sent, and read back; and the commands of what is shown.
 class MouseSettingsTest : public QObject
 {
     Q_OBJECT
@@ -104,7 +20,7 @@ private Q_SLOTS:
     void initTestCase() { QCOMPARE(openLog(), 1); }
     void cleanupTestCase() { closeLog(); }
 
-    void init() { page_ = std::make_unique<Page>(); }
+    void init() { page_ = std::make_unique<MousePage>(); }
     void cleanup() { page_.reset(); }
 
     void aNameThatWillNotComeBackAsTypedHasItsLineInTheLog_data()
@@ -132,26 +48,6 @@ private Q_SLOTS:
               "withBlanks");
         QTEST(int(lines.count("setting 2 is too long for its command and was shortened   ")),
               "shortened");
-    }
-
-    void aChosenResolutionIsSent()
-    {
-        page_->report();
-        page_->bench.controls().setHandlersArmed(true);
-        page_->resolutions[3].setCurrentIndex(2);
-        page_->resolutions[0].setCurrentIndex(8);
-        page_->resolutions[0].setCurrentIndex(9);
-        page_->resolutions[1].setCurrentIndex(12);
-        QCOMPARE(page_->bench.commands(4),
-                 (QByteArrayList{"//CE 4 3\r", "//CE 1 9\r", "//CE 1 10\r", "//CE 2 13\r"}));
-    }
-
-    void aResolutionFilledInByTheProgramIsNot()
-    {
-        page_->report();
-        page_->resolutions[0].setCurrentIndex(5);
-        page_->settings.setChannelResolutions("4 3 2 13");
-        QVERIFY(page_->bench.isSilent());
     }
 
     void choosingASettingFillsTheEditFields()
@@ -283,87 +179,6 @@ private Q_SLOTS:
         QCOMPARE(page_->bench.commands(1), QByteArrayList{"//MM C3 7 8 HOME \r"});
     }
 
-    void customEntriesTakeTheirPositions()
-    {
-        page_->settings.setCustomEntry(2, "001 500 HOME", 8);
-        QCOMPARE(page_->customItems(1),
-                 (QStringList{QString(), QString(), QStringLiteral("HOME")}));
-        page_->report();
-        page_->report(); // overlapping read-backs
-        for (int channel = 1; channel <= 4; ++channel) {
-            QCOMPARE(page_->resolutions[channel - 1].count(), 13);
-            QCOMPARE(page_->customItems(channel),
-                     (QStringList{QStringLiteral("OFFICE"), QStringLiteral("DESK"),
-                                  QStringLiteral("HOME"), QStringLiteral("LAB")}));
-        }
-    }
-
-    void aMissingEntryIsAnEmptyItem()
-    {
-        page_->report();
-        page_->settings.setCustomEntry(1, "0", 8);
-        QCOMPARE(page_->customItems(4),
-                 (QStringList{QStringLiteral("OFFICE"), QString(), QStringLiteral("HOME"),
-                              QStringLiteral("LAB")}));
-    }
-
-    void trimmingTakesTheCustomEntriesAway()
-    {
-        page_->report();
-        page_->resolutions[2].setCurrentIndex(11);
-        page_->bench.controls().setHandlersArmed(true);
-        page_->settings.trimCustomEntries();
-        QVERIFY(page_->bench.controls().areHandlersArmed());
-        for (const QComboBox &combo : page_->resolutions) {
-            QCOMPARE(combo.count(), 9);
-            QCOMPARE(combo.itemText(8), QStringLiteral("1920x4320"));
-        }
-        page_->settings.trimCustomEntries();
-        QCOMPARE(page_->resolutions[0].count(), 9);
-        QVERIFY(page_->bench.isSilent());
-    }
-
-    void fewerThanThirteenItemsAreNotTrimmed()
-    {
-        page_->settings.setCustomEntry(2, "001 500 HOME", 8);
-        page_->settings.trimCustomEntries();
-        QCOMPARE(page_->resolutions[0].count(), 12);
-    }
-
-    void reportedResolutionsAreSelected()
-    {
-        page_->report();
-        page_->settings.setChannelResolutions(" 9,13;1 10");
-        QCOMPARE(page_->resolutions[0].currentIndex(), 8);
-        QCOMPARE(page_->resolutions[1].currentIndex(), 12);
-        QCOMPARE(page_->resolutions[2].currentIndex(), 0);
-        QCOMPARE(page_->resolutions[3].currentIndex(), 9);
-    }
-
-    void aResolutionWithoutAnItemLeavesItsSelector()
-    {
-        for (QComboBox &combo : page_->resolutions)
-            combo.setCurrentIndex(4);
-        page_->settings.setChannelResolutions("10 0 99999999999999999999 2");
-        QCOMPARE(page_->resolutions[0].currentIndex(), 4);
-        QCOMPARE(page_->resolutions[1].currentIndex(), 4);
-        QCOMPARE(page_->resolutions[2].currentIndex(), 4);
-        QCOMPARE(page_->resolutions[3].currentIndex(), 1);
-        page_->settings.setChannelResolutions("0"); // the key was absent
-        QCOMPARE(page_->resolutions[3].currentIndex(), 1);
-    }
-
-    void reportedNamesAreSelectedToo()
-    {
-        page_->report();
-        page_->resolutions[3].setCurrentIndex(5);
-        page_->settings.setChannelResolutions(" 4K desk 12 4Kx\r");
-        QCOMPARE(page_->resolutions[0].currentIndex(), 1);
-        QCOMPARE(page_->resolutions[1].currentIndex(), 10);
-        QCOMPARE(page_->resolutions[2].currentIndex(), 11);
-        QCOMPARE(page_->resolutions[3].currentIndex(), 5);
-    }
-
     void theLabelShowsWhatTheSwitchSaysAndNoMarkup()
     {
         page_->settings.setDataLabel(0, "100 250 <b>OFFICE</b>\r");
@@ -393,7 +208,7 @@ private Q_SLOTS:
     }
 
 private:
-    std::unique_ptr<Page> page_;
+    std::unique_ptr<MousePage> page_;
 };
 
 QTEST_MAIN(MouseSettingsTest)
