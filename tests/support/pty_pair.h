@@ -2,14 +2,18 @@
 
 #include <QByteArray>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QString>
+#include <QTemporaryDir>
 #include <QTest>
 #include <cstdlib>
 #include <fcntl.h>
 #include <termios.h>
 #include <unistd.h>
 
-/// A virtual serial cable: the test holds one end, the program opens the other by its path.
+/// A virtual serial cable: the test holds one end, the program opens the other by its path. The
+/// path is this cable's alone: the system gives the number of one that was pulled to the next that
+/// asks, which may be another test.
 class PtyPair
 {
 public:
@@ -18,7 +22,13 @@ public:
         master_ = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK);
         if (master_ < 0 || grantpt(master_) != 0 || unlockpt(master_) != 0)
             qFatal("no pseudo-terminal to be had");
-        path_ = QString::fromLocal8Bit(ptsname(master_));
+        // To be passed by tests that play another user for a moment.
+        QFile::setPermissions(folder_.path(), QFile::ReadOwner | QFile::WriteOwner |
+                                                  QFile::ExeOwner | QFile::ExeGroup |
+                                                  QFile::ExeOther);
+        path_ = folder_.filePath(QStringLiteral("cable"));
+        if (!QFile::link(QString::fromLocal8Bit(ptsname(master_)), path_))
+            qFatal("the pseudo-terminal cannot be given a name");
         // Held open here as well, so that the program's closing is no hang-up of the cable.
         slave_ = open(path_.toLocal8Bit().constData(), O_RDWR | O_NOCTTY);
         termios line = {};
@@ -73,6 +83,7 @@ public:
     /// Pulls the cable: both of the test's ends are gone.
     void pull()
     {
+        QFile::remove(path_);
         for (int *end : {&slave_, &master_}) {
             if (*end >= 0)
                 close(*end);
@@ -81,6 +92,7 @@ public:
     }
 
 private:
+    QTemporaryDir folder_;
     int master_ = -1;
     int slave_ = -1;
     QString path_;
