@@ -1,14 +1,9 @@
 // Idle: a connected window that nobody touches, then the same after its cable was pulled. Prints
 // the timer events and the CPU time of five seconds each.
 
-#include "app/main_window.h"
 #include "measure.h"
-#include "support/dialog_recorder.h"
-#include "support/scripted_switch.h"
+#include "support/serial_window.h"
 
-#include <QComboBox>
-#include <QPushButton>
-#include <QRadioButton>
 #include <cstdio>
 
 namespace {
@@ -46,24 +41,15 @@ void measure(const char *state)
 int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
-    PtyPair cable;
-    ScriptedSwitch device(cable);
-    qputenv("PELORA_EXTRA_SERIAL_PORTS", cable.path().toLocal8Bit());
-    auto user = std::make_unique<DialogRecorder>();
-    user->on<Select_connection_method_Dialog>([](Select_connection_method_Dialog &dialog) {
-        dialog.findChild<QRadioButton *>(QStringLiteral("radioButton_RS232"))->setChecked(true);
-        dialog.findChild<QPushButton *>(QStringLiteral("pushButton_continue"))->click();
-    });
-    KM_Configuration_Tool_Norvik window;
-    window.show();
+    SerialWindow s;
+    s.start(WindowSettings());
     QTest::qWait(2500);
-    user.reset(); // its polling would be counted
+    s.user.rest(); // its polling would be counted
     measure("connected");
-    user = std::make_unique<DialogRecorder>();
-    device.leave();
-    cable.pull();
+    s.user.wake();
+    s.unplug();
     QTest::qWait(1000);
-    user.reset();
+    s.user.rest();
     measure("pulled");
     return 0;
 }

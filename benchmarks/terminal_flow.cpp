@@ -2,14 +2,10 @@
 // throughput, gaps of the event loop, and what each megabyte costs in CPU time and memory, well
 // past the 100,000 lines that the terminal keeps.
 
-#include "app/main_window.h"
 #include "measure.h"
-#include "support/dialog_recorder.h"
 #include "support/pty_pair.h"
+#include "support/window_bench.h"
 
-#include <QComboBox>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QTextDocument>
 #include <QTextEdit>
 #include <QTimer>
@@ -38,8 +34,7 @@ int main(int argc, char *argv[])
     qputenv("PELORA_EXTRA_SERIAL_PORTS", cable.path().toLocal8Bit());
     DialogRecorder user;
     user.on<Select_connection_method_Dialog>([](Select_connection_method_Dialog &dialog) {
-        dialog.findChild<QRadioButton *>(QStringLiteral("radioButton_RS232"))->setChecked(true);
-        dialog.findChild<QPushButton *>(QStringLiteral("pushButton_continue"))->click();
+        WindowBench::choose(dialog, "radioButton_RS232");
     });
     KM_Configuration_Tool_Norvik window;
     window.show();

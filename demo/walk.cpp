@@ -35,10 +35,8 @@ void meetDialogs(Walker &walker, const bool &byNetwork)
         walker.answer(dialog, QStringLiteral("hardware"), "pushButton_Continue");
     });
     dialogs.on<Credentials_Dialog>([&walker](Credentials_Dialog &dialog) {
-        QTest::keyClicks(&Walker::child<QLineEdit>(dialog, "lineEdit_username"),
-                         QStringLiteral("admin"));
-        QTest::keyClicks(&Walker::child<QLineEdit>(dialog, "lineEdit_password"),
-                         QStringLiteral("admin"));
+        typeInto(dialog, "lineEdit_username", QStringLiteral("admin"));
+        typeInto(dialog, "lineEdit_password", QStringLiteral("admin"));
         walker.answer(dialog, QStringLiteral("login"), "pushButton_ip_allocation");
     });
     dialogs.on<IP_Settings_Dialog>([&walker](IP_Settings_Dialog &dialog) {

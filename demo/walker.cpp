@@ -8,7 +8,7 @@
 
 Walker::Walker(const QDir &pictures) : pictures_(pictures)
 {
-    dialogs_.beforeOk([this](QMessageBox &box) { picture(box, QStringLiteral("notice")); });
+    dialogs_.beforeButton([this](QMessageBox &box) { picture(box, QStringLiteral("notice")); });
 }
 
 void Walker::fail(const char *why, const char *what)

@@ -98,11 +98,7 @@ private Q_SLOTS:
     void onWithoutAPortSaysWhereToChooseOne()
     {
         SerialWindow s;
-        s.user.ignore<Select_connection_method_Dialog>();
         s.user.on<Select_connection_method_Dialog>(
-            [](Select_connection_method_Dialog &dialog) { dialog.close(); });
-        DialogRecorder closing;
-        closing.on<Select_connection_method_Dialog>(
             [](Select_connection_method_Dialog &dialog) { dialog.close(); });
         s.start();
         s.button("pushButton_ON_Connection")->click();

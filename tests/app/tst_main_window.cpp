@@ -167,13 +167,11 @@ private Q_SLOTS:
         QVERIFY(s.startAndRead());
         s.device->forget();
         bool radioKept = false;
-        DialogRecorder closing;
-        closing.on<Select_connection_method_Dialog>([&](Select_connection_method_Dialog &dialog) {
+        s.user.on<Select_connection_method_Dialog>([&](Select_connection_method_Dialog &dialog) {
             radioKept =
                 dialog.findChild<QRadioButton *>(QStringLiteral("radioButton_RS232"))->isChecked();
             dialog.close();
         });
-        s.user.ignore<Select_connection_method_Dialog>();
         s.button("pushButton_Connection_Settings")->click();
         QVERIFY(radioKept);
         QVERIFY(s.isGreen());

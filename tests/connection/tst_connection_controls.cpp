@@ -1,4 +1,4 @@
-#include "device_link_fixture.h"
+#include "support/link_bench.h"
 
 #include <QApplication>
 #include <QHelpEvent>
@@ -13,7 +13,7 @@ class ConnectionControlsTest : public QObject
 private Q_SLOTS:
     void disconnectedIsRedAndLeavesOnlyOn()
     {
-        LinkFixture f;
+        LinkBench f;
         f.controls.setDisconnected();
         QCOMPARE(f.indicator.styleSheet(),
                  QStringLiteral(
@@ -26,7 +26,7 @@ private Q_SLOTS:
 
     void connectedIsGreenAndLeavesOnlyOff()
     {
-        LinkFixture f;
+        LinkBench f;
         f.controls.setConnected();
         QCOMPARE(f.indicator.styleSheet(),
                  QStringLiteral(
@@ -40,7 +40,7 @@ private Q_SLOTS:
 
     void aReasonStandsInTheToolTipUntilTheNextConnection()
     {
-        LinkFixture f;
+        LinkBench f;
         f.controls.setDisconnected();
         f.controls.explain(QStringLiteral("Disconnected: ttyUSB0 could not be opened"));
         QCOMPARE(f.indicator.toolTip(),
@@ -71,7 +71,7 @@ private Q_SLOTS:
 
     void groupsAreSwitchedTogether()
     {
-        LinkFixture f;
+        LinkBench f;
         f.controls.disableDeviceControls();
         QVERIFY(!f.device.isEnabled() && !f.beepOn.isEnabled() && !f.beepOff.isEnabled());
         QVERIFY(f.combo.isEnabled());
@@ -86,7 +86,7 @@ private Q_SLOTS:
 
     void disarmedHandlersComeBackAsTheyWere()
     {
-        LinkFixture f;
+        LinkBench f;
         for (const bool before : {true, false}) {
             f.controls.setHandlersArmed(before);
             {

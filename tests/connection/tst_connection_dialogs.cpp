@@ -1,7 +1,7 @@
 #include "connection/select_connection_method_dialog.h"
 #include "connection/select_km_type_dialog.h"
 #include "log/event_log.h"
-#include "support/dialog_answers.h"
+#include "support/dialog_recorder.h"
 
 #include <QFile>
 #include <QLabel>
@@ -170,7 +170,7 @@ private Q_SLOTS:
         Select_connection_method_Dialog dialog;
         dialog.show();
         uncheckAll(dialog);
-        BoxAnswers boxes;
+        DialogRecorder boxes;
         dialog.on_pushButton_continue_clicked();
         QCOMPARE(boxes.texts(), QStringList{QStringLiteral("Select connection method")});
         QCOMPARE(boxes.seen().first().icon, QMessageBox::Warning);
@@ -232,7 +232,7 @@ private Q_SLOTS:
         Select_KM_type_Dialog dialog;
         dialog.show();
         uncheckAll(dialog);
-        BoxAnswers boxes;
+        DialogRecorder boxes;
         dialog.on_pushButton_Continue_clicked();
         QCOMPARE(boxes.texts(), QStringList{QStringLiteral("Select version of KM")});
         QCOMPARE(boxes.seen().first().icon, QMessageBox::Warning);

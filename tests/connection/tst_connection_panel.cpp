@@ -1,8 +1,8 @@
 #include "connection/connection_panel.h"
-#include "device_link_fixture.h"
 #include "session/initial_exchange.h"
 #include "session/serial_ports.h"
 #include "support/dialog_recorder.h"
+#include "support/link_bench.h"
 #include "support/scripted_switch.h"
 
 #include <QPointer>
@@ -10,7 +10,6 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
-#include <QUdpSocket>
 
 /// Stands for the window: has the slot that the watchdog's timer calls by name.
 class Window : public QWidget
@@ -30,17 +29,17 @@ public Q_SLOTS:
 };
 
 namespace {
-struct PanelFixture : LinkFixture
+struct PanelFixture : LinkBench
 {
-    explicit PanelFixture(DeviceLinkSettings settings = {})
-        : LinkFixture({}, settings), exchange(link),
-          panel(timerTarget, link, controls, exchange, ports, [this] { return tcpIp; },
-                {std::chrono::milliseconds(40)})
+    PanelFixture()
+        : exchange(link), panel(timerTarget, link, controls, exchange, ports,
+                                [this] { return tcpIp; }, {std::chrono::milliseconds(40)})
     {
         timerTarget.panel = &panel;
         controls.setDisconnected();
     }
 
+    bool tcpIp = false;
     Window timerTarget;
     QComboBox ports;
     InitialExchange exchange;
@@ -114,11 +113,8 @@ private Q_SLOTS:
 
     void theWatchdogIsSilentOnceTheSwitchHasAnswered()
     {
-        QUdpSocket module;
-        QVERIFY(module.bind(QHostAddress::LocalHost, 0));
-        PanelFixture f({module.localPort()});
+        PanelFixture f;
         f.tcpIp = true;
-        f.link.setModule(QStringLiteral("127.0.0.1"), QString());
         DialogRecorder dialogs;
         f.panel.switchOn();
         f.controls.setConnected();
@@ -128,11 +124,8 @@ private Q_SLOTS:
 
     void theWatchdogOfAConnectionThatWasSwitchedOffSaysNothing()
     {
-        QUdpSocket module;
-        QVERIFY(module.bind(QHostAddress::LocalHost, 0));
-        PanelFixture f({module.localPort()});
+        PanelFixture f;
         f.tcpIp = true;
-        f.link.setModule(QStringLiteral("127.0.0.1"), QString());
         DialogRecorder dialogs;
         f.panel.switchOn();
         f.panel.switchOff();

@@ -1,8 +1,7 @@
-#include "device_link_fixture.h"
 #include "support/dialog_recorder.h"
+#include "support/link_bench.h"
 #include "support/pty_pair.h"
 
-#include <QNetworkDatagram>
 #include <QSignalSpy>
 #include <QTest>
 #include <QUdpSocket>
@@ -66,20 +65,6 @@ public:
 private:
     bool armed_ = true;
 };
-
-/// The far end of the network link: a socket on loopback.
-struct Module
-{
-    Module() { socket.bind(QHostAddress::LocalHost, 0); }
-    DeviceLinkSettings settings() const { return {socket.localPort()}; }
-    QByteArray next()
-    {
-        if (!socket.hasPendingDatagrams())
-            socket.waitForReadyRead(2000);
-        return socket.hasPendingDatagrams() ? socket.receiveDatagram().data() : QByteArray();
-    }
-    QUdpSocket socket;
-};
 } // namespace
 
 /// Opening, closing and writing to either link, over a real pseudo-terminal and real sockets.
@@ -93,7 +78,7 @@ private Q_SLOTS:
 
     void aCommandWithoutALinkIsLostSilently()
     {
-        LinkFixture f;
+        LinkBench f;
         DialogRecorder dialogs;
         f.link.forwardCommand("//rl");
         f.link.forwardCommand("//rl");
@@ -105,7 +90,7 @@ private Q_SLOTS:
     void aCommandIsItsBytesAndACarriageReturn()
     {
         PtyPair cable;
-        LinkFixture f;
+        LinkBench f;
         f.link.openSerialLink(cable.path().toStdString());
         QCOMPARE(f.link.serialOpenCount(), 1);
         std::string command = "//??";
@@ -124,7 +109,7 @@ private Q_SLOTS:
             made = port.get();
             return port;
         };
-        LinkFixture f(factories);
+        LinkBench f(factories);
         f.link.openSerialLink(cable.path().toStdString());
         QCOMPARE(made->baudRate(QSerialPort::Input), 115200);
         QCOMPARE(made->baudRate(QSerialPort::Output), 115200);
@@ -137,8 +122,7 @@ private Q_SLOTS:
     void withSendingOffNothingIsWrittenOnEitherLink()
     {
         PtyPair cable;
-        Module module;
-        LinkFixture f(LinkFactories(), module.settings());
+        LinkBench f;
         f.link.setModule(QStringLiteral("127.0.0.1"), QStringLiteral("DESK"));
         f.link.openSerialLink(cable.path().toStdString());
         f.link.setSendEnabled(false);
@@ -152,20 +136,18 @@ private Q_SLOTS:
         f.link.forwardCommand("//c3");
         f.link.setSendEnabled(true);
         f.link.forwardCommand("//c4");
-        QCOMPARE(module.next(), QByteArray("//c4\r"));
-        QVERIFY(!module.socket.hasPendingDatagrams());
+        QCOMPARE(f.commands(1), QByteArrayList{"//c4\r"});
+        QVERIFY(f.isSilent());
     }
 
     void oneCommandIsOneDatagram()
     {
-        Module module;
-        LinkFixture f(LinkFactories(), module.settings());
+        LinkBench f;
         f.link.setModule(QStringLiteral("127.0.0.1"), QStringLiteral("DESK"));
         f.link.openNetworkLink();
         f.link.forwardCommand("//rl");
         f.link.forwardCommand("//??");
-        QCOMPARE(module.next(), QByteArray("//rl\r"));
-        QCOMPARE(module.next(), QByteArray("//??\r"));
+        QCOMPARE(f.commands(2), (QByteArrayList{"//rl\r", "//??\r"}));
         QCOMPARE(f.ip.text(), QStringLiteral("  IP: 127.0.0.1"));
         QCOMPARE(f.name.text(), QStringLiteral("  Name: DESK"));
     }
@@ -173,9 +155,7 @@ private Q_SLOTS:
     void openingOneLinkClosesTheOther()
     {
         PtyPair cable;
-        Module module;
-        LinkFixture f(LinkFactories(), module.settings());
-        f.link.setModule(QStringLiteral("127.0.0.1"), QString());
+        LinkBench f;
         f.link.openNetworkLink();
         QCOMPARE(f.link.socketOpenCount(), 1);
         f.device.setEnabled(true);
@@ -194,9 +174,7 @@ private Q_SLOTS:
 
     void reopeningTheNetworkLinkClearsTheTerminalAndDisconnects()
     {
-        Module module;
-        LinkFixture f(LinkFactories(), module.settings());
-        f.link.setModule(QStringLiteral("127.0.0.1"), QString());
+        LinkBench f;
         f.link.openNetworkLink();
         f.terminal.append(QStringLiteral("old text"));
         f.link.connection().markConnected(true);
@@ -210,7 +188,7 @@ private Q_SLOTS:
     void closingLeavesNoLinkAndNoControls()
     {
         PtyPair cable;
-        LinkFixture f;
+        LinkBench f;
         f.link.openSerialLink(cable.path().toStdString());
         f.link.closeActiveLink();
         QVERIFY(!f.link.hasSerialPort());
@@ -223,7 +201,7 @@ private Q_SLOTS:
 
     void aPortThatDoesNotOpenIsLoggedAndShownNowhereElse()
     {
-        LinkFixture f;
+        LinkBench f;
         DialogRecorder dialogs;
         f.link.openSerialLink("/dev/no_such_port");
         QCoreApplication::processEvents();
@@ -245,7 +223,7 @@ private Q_SLOTS:
         PtyPair cable;
         const QByteArray path = cable.path().toLocal8Bit();
         QCOMPARE(::chmod(path.constData(), 0), 0);
-        LinkFixture f;
+        LinkBench f;
         // Without root's pass for a moment: a file-system user of nobody.
         const int before = ::setfsuid(65534);
         f.link.openSerialLink(cable.path().toStdString());
@@ -261,7 +239,7 @@ private Q_SLOTS:
     void aPulledCableClosesOnceLogsOnceAndTellsOnce()
     {
         auto cable = std::make_unique<PtyPair>();
-        LinkFixture f;
+        LinkBench f;
         const QString path = cable->path();
         f.link.openSerialLink(path.toStdString());
         f.link.connection().markConnected(true);
@@ -289,7 +267,7 @@ private Q_SLOTS:
     void aWriteToAPulledCableIsTheSameBreak()
     {
         auto cable = std::make_unique<PtyPair>();
-        LinkFixture f;
+        LinkBench f;
         f.link.openSerialLink(cable->path().toStdString());
         QSignalSpy broken(&f.link, &DeviceLink::broken);
         DialogRecorder dialogs;
@@ -317,7 +295,7 @@ private Q_SLOTS:
         QFETCH(int, where);
         QFETCH(QString, message);
         PtyPair cable;
-        LinkFixture f(withPort(ThrowingPort::Where(where)));
+        LinkBench f(withPort(ThrowingPort::Where(where)));
         DialogRecorder dialogs;
         f.link.openSerialLink(cable.path().toStdString());
         f.link.forwardCommand("//rl");
@@ -327,11 +305,9 @@ private Q_SLOTS:
 
     void aSocketThatCannotBeClosedIsReported()
     {
-        Module module;
         LinkFactories factories = LinkFactories();
         factories.udpSocket = [] { return std::make_unique<ThrowingSocket>(); };
-        LinkFixture f(factories, module.settings());
-        f.link.setModule(QStringLiteral("127.0.0.1"), QString());
+        LinkBench f(factories);
         f.link.openNetworkLink();
         DialogRecorder dialogs;
         f.link.closeNetworkLink();
@@ -344,7 +320,7 @@ private Q_SLOTS:
         factories.udpSocket = []() -> std::unique_ptr<QUdpSocket> {
             throw std::runtime_error("socket");
         };
-        LinkFixture f(factories);
+        LinkBench f(factories);
         DialogRecorder dialogs;
         f.link.openNetworkLink();
         expectFailure(f, dialogs, QStringLiteral("Connection to socket error"));
@@ -353,14 +329,14 @@ private Q_SLOTS:
 
     void writingPastTheGateWithoutALinkIsHarmless()
     {
-        LinkFixture f;
+        LinkBench f;
         f.link.writeDirectly("//FF01B01\r");
         f.link.writeDirectly("//FF01B01\r");
         QVERIFY(!f.link.hasSerialPort() && !f.link.hasUdpSocket());
     }
 
 private:
-    static void expectFailure(LinkFixture &fixture, const DialogRecorder &dialogs,
+    static void expectFailure(LinkBench &fixture, const DialogRecorder &dialogs,
                               const QString &message)
     {
         QCOMPARE(dialogs.seen().size(), 1);
@@ -368,7 +344,7 @@ private:
         QCOMPARE(dialogs.seen().constFirst().text, message);
         QCOMPARE(dialogs.seen().constFirst().icon, QMessageBox::Warning);
         QVERIFY(dialogs.seen().constFirst().modal);
-        QVERIFY(LinkFixture::log().contains(message.toUtf8() + "   "));
+        QVERIFY(LinkBench::log().contains(message.toUtf8() + "   "));
         Q_UNUSED(fixture)
     }
 };

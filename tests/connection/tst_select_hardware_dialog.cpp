@@ -1,5 +1,5 @@
 #include "connection/select_hardware_dialog.h"
-#include "tests/support/dialog_answers.h"
+#include "tests/support/dialog_recorder.h"
 #include "tests/usr/fake_module.h"
 
 #include <QApplication>
@@ -38,13 +38,13 @@ int runWithoutModules(bool onRefresh)
         return onRefresh && nth == 1 ? FakeModule::Answers{reply(ipSeven, macOne, "Desk")}
                                      : FakeModule::Answers();
     });
-    BoxAnswers boxes;
-    boxes.setInspector([](QMessageBox &box) {
+    DialogRecorder boxes;
+    boxes.beforeButton([](QMessageBox &box) {
         std::printf("%d %s|%s\n", int(box.icon()), qPrintable(box.windowTitle()),
                     qPrintable(box.text()));
         std::fflush(stdout);
     });
-    DialogAction<Select_hardware_Dialog> user(
+    boxes.once<Select_hardware_Dialog>(
         [](Select_hardware_Dialog &dialog) { clickButton(dialog, "pushButton_Refresh"); });
     Select_hardware_Dialog dialog(nullptr, module.network());
     dialog.exec();
@@ -60,7 +60,7 @@ class SelectHardwareDialogTest : public QObject
 private Q_SLOTS:
     void init()
     {
-        boxes_ = std::make_unique<BoxAnswers>();
+        boxes_ = std::make_unique<DialogRecorder>();
         module_ = std::make_unique<FakeModule>();
         module_->answerSearches(
             {reply(ipSeven, macOne, "Desk"), reply(ipEight, macTwo, "Meeting Room 4-5")});
@@ -112,13 +112,13 @@ private Q_SLOTS:
 
     void theEntryPickedIsTheAddressSelected()
     {
-        DialogAction<Select_hardware_Dialog> user([this](Select_hardware_Dialog &dialog) {
+        boxes_->once<Select_hardware_Dialog>([this](Select_hardware_Dialog &dialog) {
             combo()->setCurrentIndex(1);
             QCOMPARE(dialog.selectedAddress(), text("192.168.1.8"));
             clickButton(dialog, "pushButton_Continue");
         });
         dialog_->exec();
-        QVERIFY(user.hasRun());
+        QVERIFY(!boxes_->isWaiting());
         QCOMPARE(dialog_->selectedAddress(), text("192.168.1.8"));
         QVERIFY(!dialog_->isCancelled());
         QVERIFY(!dialog_->isVisible());
@@ -126,10 +126,10 @@ private Q_SLOTS:
 
     void enterPressesContinue()
     {
-        DialogAction<Select_hardware_Dialog> user(
+        boxes_->once<Select_hardware_Dialog>(
             [this](Select_hardware_Dialog &) { QTest::keyClick(combo(), Qt::Key_Return); });
         dialog_->exec();
-        QVERIFY(user.hasRun());
+        QVERIFY(!boxes_->isWaiting());
         QVERIFY(!dialog_->isCancelled());
         QCOMPARE(dialog_->selectedAddress(), text("192.168.1.7"));
     }
@@ -186,14 +186,14 @@ private Q_SLOTS:
     void escapeAndTheCloseButtonCancel()
     {
         QFETCH(bool, byEscape);
-        DialogAction<Select_hardware_Dialog> user([byEscape](Select_hardware_Dialog &dialog) {
+        boxes_->once<Select_hardware_Dialog>([byEscape](Select_hardware_Dialog &dialog) {
             if (byEscape)
                 QTest::keyClick(&dialog, Qt::Key_Escape);
             else
                 dialog.close();
         });
         dialog_->exec();
-        QVERIFY(user.hasRun());
+        QVERIFY(!boxes_->isWaiting());
         QVERIFY(dialog_->isCancelled());
     }
 
@@ -232,7 +232,7 @@ private:
     }
 
     std::unique_ptr<FakeModule> module_;
-    std::unique_ptr<BoxAnswers> boxes_;
+    std::unique_ptr<DialogRecorder> boxes_;
     std::unique_ptr<Select_hardware_Dialog> dialog_;
 };
 

@@ -80,7 +80,7 @@ private Q_SLOTS:
     {
         QTableWidget table(4, 4);
         LayoutGrid grid(table);
-        LayoutSubmission submission(grid, s_->bench.link(), s_->activePorts);
+        LayoutSubmission submission(grid, s_->bench.link, s_->activePorts);
         submission.submit();
         QVERIFY(s_->user.sawText(QStringLiteral("Failed to update, connect all displays")));
         QCOMPARE(s_->bench.commands(1), QByteArrayList{"//\r"});
@@ -88,7 +88,7 @@ private Q_SLOTS:
 
     void allChannelsAreActiveWhileTheLayoutIsSent()
     {
-        s_->bench.controls().setHandlersArmed(true);
+        s_->bench.controls.setHandlersArmed(true);
         s_->activePorts.setCurrentIndex(0);
         QCOMPARE(s_->table.picture(), QStringLiteral("123-4-/..../..../...."));
         QCOMPARE(s_->bench.commands(1), QByteArrayList{"//D2\r"});
@@ -111,14 +111,14 @@ private Q_SLOTS:
 
     void submitGoesPastTheSendGate()
     {
-        s_->bench.link().setSendEnabled(false);
+        s_->bench.link.setSendEnabled(false);
         s_->submission.submit();
         QCOMPARE(s_->bench.commands(1), QByteArrayList{"//FF01B01FF02B02FF03B03FF04B04\r"});
     }
 
     void submitWithoutALinkTellsAndWritesNothing()
     {
-        s_->bench.link().closeNetworkLink();
+        s_->bench.link.closeNetworkLink();
         s_->submission.submit();
         QVERIFY(s_->user.sawText(QStringLiteral("Display topology has been updated")));
         QCOMPARE(s_->table.picture(), QStringLiteral("1234/..../..../...."));
@@ -220,9 +220,9 @@ private:
             // as the settings page handles the selector
             QObject::connect(&activePorts, &QComboBox::currentIndexChanged, &activePorts,
                              [this](int index) {
-                                 if (!bench.controls().areHandlersArmed())
+                                 if (!bench.controls.areHandlersArmed())
                                      return;
-                                 bench.link().forwardCommand("//D" + std::to_string(index + 2));
+                                 bench.link.forwardCommand("//D" + std::to_string(index + 2));
                                  grid().repaintActivePorts(index);
                              });
         }
@@ -232,7 +232,7 @@ private:
         GridBench table;
         LinkBench bench;
         QComboBox activePorts;
-        LayoutSubmission submission{table.grid, bench.link(), activePorts};
+        LayoutSubmission submission{table.grid, bench.link, activePorts};
     };
 
     std::unique_ptr<Scene> s_;

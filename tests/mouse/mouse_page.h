@@ -32,7 +32,7 @@ struct MousePage
                     &name,
                     &x,
                     &y},
-                   bench.link(), bench.controls(), timing)
+                   bench.link, bench.controls, timing)
     {
         setting.addItems({QStringLiteral("C1"), QStringLiteral("C2"), QStringLiteral("C3"),
                           QStringLiteral("C4")});

@@ -13,7 +13,7 @@ private Q_SLOTS:
     void aChosenResolutionIsSent()
     {
         page_->report();
-        page_->bench.controls().setHandlersArmed(true);
+        page_->bench.controls.setHandlersArmed(true);
         page_->resolutions[3].setCurrentIndex(2);
         page_->resolutions[0].setCurrentIndex(8);
         page_->resolutions[0].setCurrentIndex(9);

@@ -82,7 +82,7 @@ public:
         usb_.setCurrentIndex(3);
         rolling_.setCurrentIndex(1);
         mode_.setCurrentIndex(1);
-        bench_.controls().setBeepButtonsEnabled(false, true);
+        bench_.controls.setBeepButtonsEnabled(false, true);
     }
 
     /// Reads `reply` as it is read when it arrives on the serial line in one piece.
@@ -109,7 +109,7 @@ public:
         values[QStringLiteral("cursor-rolling")] = rolling_.currentText();
         values[QStringLiteral("mouse-mode")] = mode_.currentText();
         values[QStringLiteral("buzzer")] =
-            bench_.controls().isBeepOnEnabled() ? QStringLiteral("off") : QStringLiteral("on");
+            bench_.controls.isBeepOnEnabled() ? QStringLiteral("off") : QStringLiteral("on");
         for (int at = 0; at < 4; ++at) {
             const QString number = QString::number(at + 1);
             values[QStringLiteral("resolution.") + number] = resolutions_[at].currentText();
@@ -157,12 +157,12 @@ private:
                           &name_,
                           &x_,
                           &y_},
-                         bench_.link(),
-                         bench_.controls(),
+                         bench_.link,
+                         bench_.controls,
                          {}};
     ReplyApplication replies_{
-        {&hotkey_, &km_, &usb_, &ports_, &rolling_, &mode_}, bench_.controls(), mouse_, grid_.grid};
-    LayoutSubmission layout_{grid_.grid, bench_.link(), ports_};
+        {&hotkey_, &km_, &usb_, &ports_, &rolling_, &mode_}, bench_.controls, mouse_, grid_.grid};
+    LayoutSubmission layout_{grid_.grid, bench_.link, ports_};
 };
 } // namespace
 

@@ -43,10 +43,10 @@ public:
                  &name,
                  &x,
                  &y},
-                bench.link(), bench.controls(), {std::chrono::milliseconds(20)}),
+                bench.link, bench.controls, {std::chrono::milliseconds(20)}),
           file(
               window, {&kmControl, &usbControl, &activePorts, &cursorRolling, &mouseMode},
-              {handler, bench.link(), bench.controls(), mouse, table.grid, layout},
+              {handler, bench.link, bench.controls, mouse, table.grid, layout},
               [this] { return kmType; }, [this] { ++plainReads; }, {secondPart},
               {[this] { return saveName; },
                [this] {
@@ -76,7 +76,7 @@ public:
         usbControl.setCurrentIndex(1);
         cursorRolling.setCurrentIndex(1);
         mouseMode.setCurrentIndex(1);
-        bench.controls().setBeepButtonsEnabled(false, true);
+        bench.controls.setBeepButtonsEnabled(false, true);
         const char *const values[] = {"100 250 OFFICE", "120 080 DESK", "001 500 HOME",
                                       "300 300 LAB"};
         for (int at = 0; at < 4; ++at) {
@@ -109,20 +109,12 @@ public:
 
     static QByteArray log() { return contentsOf(eventLogPath()); }
 
-    QStringList seenTexts() const
-    {
-        QStringList texts;
-        for (const auto &box : user.seen())
-            texts.append(box.text);
-        return texts;
-    }
-
     QTemporaryDir folder;
     DialogRecorder user;
     SettingsWindow window;
     QPushButton load;
     QPushButton refresh;
-    LinkBench bench{{&load, &refresh}};
+    LinkBench bench{{}, {&load, &refresh}};
     GridBench table;
     QComboBox kmControl;
     QComboBox usbControl;
@@ -142,7 +134,7 @@ public:
     int plainReads = 0;
     SettingsFileHandler handler;
     MouseSettings mouse;
-    LayoutSubmission layout{table.grid, bench.link(), activePorts};
+    LayoutSubmission layout{table.grid, bench.link, activePorts};
     SettingsFile file;
 
 private:
@@ -151,8 +143,8 @@ private:
         for (const char *item : items)
             combo.addItem(QString::fromLatin1(item));
         QObject::connect(&combo, &QComboBox::currentIndexChanged, &combo, [this] {
-            if (bench.controls().areHandlersArmed())
-                bench.link().forwardCommand("echo");
+            if (bench.controls.areHandlersArmed())
+                bench.link.forwardCommand("echo");
         });
     }
 };

@@ -59,14 +59,14 @@ private Q_SLOTS:
     void whatWouldBeReplacedIsAskedWithItsSuffix()
     {
         make("office.txt");
-        DialogRecorder user;
+        DialogRecorder user(QMessageBox::No);
         bool stays = false;
         user.on<QFileDialog>([&](QFileDialog &dialog) {
             press(dialog, path(QStringLiteral("office")), QDialogButtonBox::Save);
             stays = dialog.isVisible();
             dialog.reject();
         });
-        QCOMPARE(dialogs().saveName(), QString()); // the question is closed, which is a No
+        QCOMPARE(dialogs().saveName(), QString());
         QVERIFY(stays);
         QCOMPARE(user.seen().size(), 1);
         QVERIFY2(user.seen().constFirst().text.contains(QStringLiteral("office.txt")),

@@ -41,7 +41,7 @@ private Q_SLOTS:
         QVERIFY(s_->bench.isSilent());
         const QByteArrayList log = SettingsScene::log().split('\n');
         QVERIFY2(log.at(before).contains('"' + key + '"'), log.at(before).constData());
-        QVERIFY(s_->bench.controls().areHandlersArmed());
+        QVERIFY(s_->bench.controls.areHandlersArmed());
     }
 
     void whatAMissingKeyLeavesInTheWindow()
@@ -56,11 +56,11 @@ private Q_SLOTS:
         QCOMPARE(s_->activePorts.currentIndex(), 2);
         QCOMPARE(s_->cursorRolling.currentIndex(), 1);
         QCOMPARE(s_->mouseMode.currentIndex(), 1);
-        QVERIFY(!s_->bench.beepOn().isEnabled());
+        QVERIFY(!s_->bench.beepOn.isEnabled());
         QCOMPARE(s_->table.picture(), QStringLiteral("..../12../.3../.4.."));
         QCOMPARE(s_->labels[0].text(), QStringLiteral("100 250 OFFICE"));
         QVERIFY(s_->bench.isSilent());
-        QVERIFY(s_->bench.controls().areHandlersArmed());
+        QVERIFY(s_->bench.controls.areHandlersArmed());
     }
 
     void aValueWithAControlCharacterIsAMissingKey()
@@ -79,7 +79,7 @@ private Q_SLOTS:
         s_->file.load();
         QTRY_VERIFY(s_->user.sawText(QStringLiteral("Settings file applied")));
         QCOMPARE(s_->labels[0].text(), QString());
-        QVERIFY(!s_->bench.beepOn().isEnabled());
+        QVERIFY(!s_->bench.beepOn.isEnabled());
         QVERIFY(s_->bench.isSilent());
     }
 
@@ -189,20 +189,20 @@ private Q_SLOTS:
         s_->file.applyEntry(EntryType::MouseMode, "//ks");
         QCOMPARE(s_->mouseMode.currentIndex(), 0);
         s_->file.applyEntry(EntryType::Buzzer, "on");
-        QVERIFY(!s_->bench.beepOn().isEnabled());
+        QVERIFY(!s_->bench.beepOn.isEnabled());
         s_->file.applyEntry(EntryType::Buzzer, "//B0");
-        QVERIFY(s_->bench.beepOn().isEnabled());
-        QVERIFY(!s_->bench.beepOff().isEnabled());
+        QVERIFY(s_->bench.beepOn.isEnabled());
+        QVERIFY(!s_->bench.beepOff.isEnabled());
     }
 
     void whileAnEntryIsShownNothingCanBeSent()
     {
-        s_->bench.controls().setHandlersArmed(true);
+        s_->bench.controls.setHandlersArmed(true);
         bool armed = true;
         bool sendEnabled = true;
         connect(&s_->kmControl, &QComboBox::currentIndexChanged, &s_->window, [&] {
-            armed = s_->bench.controls().areHandlersArmed();
-            sendEnabled = s_->bench.link().isSendEnabled();
+            armed = s_->bench.controls.areHandlersArmed();
+            sendEnabled = s_->bench.link.isSendEnabled();
         });
         s_->file.applyEntry(EntryType::KmControl, "//c2");
         QCOMPARE(s_->kmControl.currentIndex(), 1);
@@ -213,11 +213,11 @@ private Q_SLOTS:
     void anEntryLeavesSendingEnabledAndHandlersArmed()
     {
         for (int type = 0; type <= 19; ++type) {
-            s_->bench.link().setSendEnabled(false);
-            s_->bench.controls().setHandlersArmed(false);
+            s_->bench.link.setSendEnabled(false);
+            s_->bench.controls.setHandlersArmed(false);
             s_->file.applyEntry(EntryType(type), "x");
-            QVERIFY(s_->bench.link().isSendEnabled());
-            QVERIFY(s_->bench.controls().areHandlersArmed());
+            QVERIFY(s_->bench.link.isSendEnabled());
+            QVERIFY(s_->bench.controls.areHandlersArmed());
         }
         QCOMPARE(s_->bench.commands(15), QByteArrayList(15, "x\r")); // types 0 to 14
         QVERIFY(s_->bench.isSilent());

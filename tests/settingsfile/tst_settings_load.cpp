@@ -48,16 +48,16 @@ private Q_SLOTS:
         QCOMPARE(s_->activePorts.currentIndex(), 1);
         QCOMPARE(s_->cursorRolling.currentIndex(), 1);
         QCOMPARE(s_->mouseMode.currentIndex(), 1);
-        QVERIFY(!s_->bench.beepOn().isEnabled());
-        QVERIFY(s_->bench.beepOff().isEnabled());
+        QVERIFY(!s_->bench.beepOn.isEnabled());
+        QVERIFY(s_->bench.beepOff.isEnabled());
         QCOMPARE(s_->table.picture(), QStringLiteral("..../12../.3../.4-.."));
         QCOMPARE(s_->labels[1].text(), QStringLiteral("120 080 DESK"));
         QCOMPARE(s_->name.text(), QStringLiteral("OFFICE"));
         QCOMPARE(s_->x.text(), QStringLiteral("100"));
         QCOMPARE(s_->y.text(), QStringLiteral("250"));
         QVERIFY(s_->handler.isFileLoaded());
-        QVERIFY(s_->bench.controls().areHandlersArmed());
-        QVERIFY(s_->bench.link().isSendEnabled());
+        QVERIFY(s_->bench.controls.areHandlersArmed());
+        QVERIFY(s_->bench.link.isSendEnabled());
         QCOMPARE(s_->plainReads, 0);
     }
 
@@ -159,16 +159,16 @@ private Q_SLOTS:
         s_->file.load();
         QVERIFY(!s_->load.isEnabled());
         QVERIFY(!s_->refresh.isEnabled());
-        s_->bench.controls().setControlEnabled(s_->refresh, true); // as Refresh's own timer does
+        s_->bench.controls.setControlEnabled(s_->refresh, true); // as Refresh's own timer does
         QVERIFY(!s_->refresh.isEnabled());
         bool backWithTheNotice = false;
-        s_->user.beforeOk([&](QMessageBox &) {
+        s_->user.beforeButton([&](QMessageBox &) {
             backWithTheNotice = s_->load.isEnabled() && s_->refresh.isEnabled();
         });
         QTRY_VERIFY(s_->user.sawText(QStringLiteral("Settings file applied")));
         QVERIFY(backWithTheNotice);
         QVERIFY(s_->load.isEnabled());
-        s_->bench.controls().setControlEnabled(s_->load, false); // nobody holds them any more
+        s_->bench.controls.setControlEnabled(s_->load, false); // nobody holds them any more
         QVERIFY(!s_->load.isEnabled());
     }
 
@@ -184,11 +184,11 @@ private Q_SLOTS:
 
     void aConnectionThatEndsTakesTheSecondHalfWithIt()
     {
-        s_->bench.controls().setConnected();
+        s_->bench.controls.setConnected();
         s_->offer(exampleText);
         s_->file.load();
         QCOMPARE(s_->bench.commands(9), firstHalf);
-        s_->bench.link().closeNetworkLink();
+        s_->bench.link.closeNetworkLink();
         QTRY_VERIFY(s_->user.sawText(incomplete));
         QVERIFY(!s_->load.isEnabled());
         QVERIFY(!s_->refresh.isEnabled());
@@ -196,7 +196,7 @@ private Q_SLOTS:
         waitForSecondPart();
         s_->file.loadSecondPart();
         QVERIFY(s_->bench.isSilent());
-        QCOMPARE(s_->seenTexts(), QStringList{incomplete});
+        QCOMPARE(s_->user.texts(), QStringList{incomplete});
         QCOMPARE(s_->log().count("Settings file not applied completely"), 1);
     }
 
@@ -204,11 +204,11 @@ private Q_SLOTS:
     {
         s_->offer(exampleText);
         s_->whileOpening = [this] {
-            s_->bench.link().closeNetworkLink();
+            s_->bench.link.closeNetworkLink();
             s_->bench.open();
         };
         s_->file.load();
-        QTRY_COMPARE(s_->seenTexts(), QStringList{incomplete});
+        QTRY_COMPARE(s_->user.texts(), QStringList{incomplete});
         QCOMPARE(s_->plainReads, 1); // the other switch is read instead
         QVERIFY(s_->bench.isSilent());
         QCOMPARE(s_->kmControl.currentIndex(), 0);

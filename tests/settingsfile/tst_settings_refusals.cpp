@@ -65,7 +65,7 @@ private Q_SLOTS:
 private:
     void expectRefusal(const QString &notice)
     {
-        QCOMPARE(s_->seenTexts(), QStringList{notice});
+        QCOMPARE(s_->user.texts(), QStringList{notice});
         QCOMPARE(s_->user.seen().first().icon, QMessageBox::Warning);
         QVERIFY(SettingsScene::log().contains(notice.toUtf8() + "   "));
         QCOMPARE(s_->plainReads, 1);

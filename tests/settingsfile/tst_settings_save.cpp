@@ -144,11 +144,11 @@ private Q_SLOTS:
 
         QTableWidget empty(4, 4);
         LayoutGrid grid(empty);
-        LayoutSubmission layout(grid, s_->bench.link(), s_->activePorts);
+        LayoutSubmission layout(grid, s_->bench.link, s_->activePorts);
         SettingsFile file(
             s_->window,
             {&s_->kmControl, &s_->usbControl, &s_->activePorts, &s_->cursorRolling, &s_->mouseMode},
-            {s_->handler, s_->bench.link(), s_->bench.controls(), s_->mouse, grid, layout},
+            {s_->handler, s_->bench.link, s_->bench.controls, s_->mouse, grid, layout},
             [] { return std::string("orca"); }, [] {}, {std::chrono::milliseconds(30)},
             {[this] { return s_->saveName; }, [] { return QString(); }});
         file.create();
@@ -188,7 +188,7 @@ private Q_SLOTS:
         writeOldFile("before");
         s_->kmType = kmType.toStdString();
         s_->file.create();
-        QCOMPARE(s_->seenTexts(), QStringList{QStringLiteral("File saved")});
+        QCOMPARE(s_->user.texts(), QStringList{QStringLiteral("File saved")});
         QCOMPARE(SettingsScene::contentsOf(s_->saveName),
                  finished ? QByteArray(initialText) : QByteArray("before"));
 

@@ -127,7 +127,7 @@ private:
         QLabel hotkey;
         ReplyApplication reading({&hotkey, &scene.kmControl, &scene.usbControl, &scene.activePorts,
                                   &scene.cursorRolling, &scene.mouseMode},
-                                 scene.bench.controls(), scene.mouse, scene.table.grid);
+                                 scene.bench.controls, scene.mouse, scene.table.grid);
         reading.applyStatus(reply);
         reading.applyConfiguration(reply);
         scene.layout.load(reply);

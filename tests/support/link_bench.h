@@ -2,10 +2,13 @@
 
 #include "connection/connection_controls.h"
 #include "connection/connection_presenter.h"
+#include "log/event_log.h"
 #include "log/terminal_view.h"
 #include "session/device_link.h"
 
 #include <QByteArrayList>
+#include <QComboBox>
+#include <QFile>
 #include <QHostAddress>
 #include <QLabel>
 #include <QNetworkDatagram>
@@ -15,35 +18,36 @@
 #include <QUdpSocket>
 #include <utility>
 
-/// A device link over the loopback interface whose other end the test reads.
-class LinkBench
+/// A device link with just the widgets that it touches. Its module is a socket on loopback, which
+/// the test reads.
+struct LinkBench
 {
-public:
-    /// `held` are the device controls, all of which a settings file holds.
-    explicit LinkBench(const QList<QWidget *> &held = {}, LinkFactories factories = {})
-        : terminal_(terminalView_),
-          controls_({&indicator_, &on_, &off_, &beepOn_, &beepOff_, held, {}, held}),
-          link_({boundPort(device_)}, std::move(factories)),
-          presenter_(link_, controls_, terminal_, {&ip_, &name_})
+    /// `held` are further device controls, all of which a settings file holds.
+    explicit LinkBench(LinkFactories factories = {}, const QList<QWidget *> &held = {})
+        : controls({&indicator,
+                    &on,
+                    &off,
+                    &beepOn,
+                    &beepOff,
+                    QList<QWidget *>{&device, &beepOn, &beepOff} + held,
+                    {&combo},
+                    held}),
+          link({boundPort(module)}, std::move(factories)),
+          presenter(link, controls, terminal, {&ip, &name})
     {
-        link_.setModule(QStringLiteral("127.0.0.1"), QStringLiteral("bench"));
+        link.setModule(QStringLiteral("127.0.0.1"), QStringLiteral("bench"));
     }
 
-    void open() { link_.openNetworkLink(); }
+    void open() { link.openNetworkLink(); }
 
-    ConnectionControls &controls() { return controls_; }
-    DeviceLink &link() { return link_; }
-    QPushButton &beepOn() { return beepOn_; }
-    QPushButton &beepOff() { return beepOff_; }
-
-    /// The commands that have arrived since the last call, each with its carriage return, once
-    /// there are `count` of them; fewer when no more come.
+    /// The commands that have arrived at the module since the last call, each with its carriage
+    /// return, once there are `count` of them; fewer when no more come.
     QByteArrayList commands(int count)
     {
         QByteArrayList commands;
         const auto take = [&] {
-            while (device_.hasPendingDatagrams())
-                commands.append(device_.receiveDatagram().data());
+            while (module.hasPendingDatagrams())
+                commands.append(module.receiveDatagram().data());
             return commands.size() >= count;
         };
         (void)QTest::qWaitFor(take, 2000);
@@ -53,9 +57,32 @@ public:
     /// Whether nothing has been sent: a mark sent now is the first thing to arrive.
     bool isSilent()
     {
-        link_.writeDirectly("mark");
+        link.writeDirectly("mark");
         return commands(1) == QByteArrayList{"mark"};
     }
+
+    static QByteArray log()
+    {
+        QFile file(eventLogPath());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    QWidget window;
+    QPushButton indicator{&window};
+    QPushButton on{&window};
+    QPushButton off{&window};
+    QPushButton beepOn{&window};
+    QPushButton beepOff{&window};
+    QPushButton device{&window};
+    QComboBox combo{&window};
+    QTextEdit text{&window};
+    QLabel ip{&window};
+    QLabel name{&window};
+    ConnectionControls controls;
+    TerminalView terminal{text};
+    QUdpSocket module;
+    DeviceLink link;
+    ConnectionPresenter presenter;
 
 private:
     static quint16 boundPort(QUdpSocket &socket)
@@ -64,18 +91,4 @@ private:
             qFatal("no port to be had on the loopback interface");
         return socket.localPort();
     }
-
-    QTextEdit terminalView_;
-    TerminalView terminal_;
-    QPushButton indicator_;
-    QPushButton on_;
-    QPushButton off_;
-    QPushButton beepOn_;
-    QPushButton beepOff_;
-    QLabel ip_;
-    QLabel name_;
-    ConnectionControls controls_;
-    QUdpSocket device_;
-    DeviceLink link_;
-    ConnectionPresenter presenter_;
 };

@@ -43,10 +43,8 @@ struct NetworkWindow : WindowBench
             fieldsWereEmpty = dialog.findChild<QLineEdit *>(QStringLiteral("lineEdit_username"))
                                   ->text()
                                   .isEmpty();
-            dialog.findChild<QLineEdit *>(QStringLiteral("lineEdit_username"))
-                ->setText(QStringLiteral("admin"));
-            dialog.findChild<QLineEdit *>(QStringLiteral("lineEdit_password"))
-                ->setText(QStringLiteral("secret"));
+            typeInto(dialog, "lineEdit_username", QStringLiteral("admin"));
+            typeInto(dialog, "lineEdit_password", QStringLiteral("secret"));
             press(dialog, "pushButton_ip_allocation");
         });
         user.on<IP_Settings_Dialog>([this](IP_Settings_Dialog &dialog) {

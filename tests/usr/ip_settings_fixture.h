@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/support/dialog_answers.h"
+#include "tests/support/dialog_recorder.h"
 #include "tests/usr/fake_module.h"
 #include "usr/ip_settings_dialog.h"
 
@@ -19,7 +19,8 @@ class IpSettingsFixture : public QObject
 private Q_SLOTS:
     void init()
     {
-        boxes_ = std::make_unique<BoxAnswers>();
+        boxes_ = std::make_unique<DialogRecorder>();
+        boxes_->passOverModelessBoxes(); // the notice to wait is the dialog's own to close
         module_ = std::make_unique<FakeModule>();
         module_->answerSearches({{FakeModule::discoveryReply(ipSeven_, mac_, "Desk")}});
         module_->answerLogins({{FakeModule::configuration('\x80')}});
@@ -96,7 +97,7 @@ protected:
     QMessageBox *notice() const { return dialog_->findChild<QMessageBox *>(); }
 
     std::unique_ptr<FakeModule> module_;
-    std::unique_ptr<BoxAnswers> boxes_;
+    std::unique_ptr<DialogRecorder> boxes_;
     std::unique_ptr<IP_Settings_Dialog> dialog_;
     const QByteArray ipSeven_ = QByteArray("\xc0\xa8\x01\x07", 4);
     const QByteArray ipNine_ = QByteArray("\xc0\xa8\x01\x09", 4);

@@ -1,5 +1,5 @@
 #include "log/event_log.h"
-#include "tests/support/dialog_answers.h"
+#include "tests/support/dialog_recorder.h"
 #include "tests/usr/fake_module.h"
 #include "usr/change_setting_for_usr_dialog.h"
 
@@ -34,7 +34,7 @@ class ChangeSettingDialogTest : public QObject
 private Q_SLOTS:
     void init()
     {
-        boxes_ = std::make_unique<BoxAnswers>();
+        boxes_ = std::make_unique<DialogRecorder>();
         module_ = std::make_unique<FakeModule>();
         module_->answerSearches(
             {{FakeModule::discoveryReply(QByteArray("\xc0\xa8\x01\x07", 4),
@@ -236,7 +236,7 @@ private Q_SLOTS:
 
     void enterPressesApply()
     {
-        DialogAction<Change_setting_for_USR_Dialog> user([](Change_setting_for_USR_Dialog &dialog) {
+        boxes_->once<Change_setting_for_USR_Dialog>([](Change_setting_for_USR_Dialog &dialog) {
             typeInto(dialog, "lineEdit_Name", text("New"));
             QTest::keyClick(dialog.findChild<QLineEdit *>(text("lineEdit_Name")), Qt::Key_Return);
         });
@@ -247,11 +247,10 @@ private Q_SLOTS:
 
     void closingItAppliesNothing()
     {
-        DialogAction<Change_setting_for_USR_Dialog> user(
-            [this](Change_setting_for_USR_Dialog &dialog) {
-                enter(text("New"), text("u"), text("p"));
-                QTest::keyClick(&dialog, Qt::Key_Escape);
-            });
+        boxes_->once<Change_setting_for_USR_Dialog>([this](Change_setting_for_USR_Dialog &dialog) {
+            enter(text("New"), text("u"), text("p"));
+            QTest::keyClick(&dialog, Qt::Key_Escape);
+        });
         dialog_->exec();
         QVERIFY(!dialog_->wasApplied());
         QCOMPARE(dialog_->newName(), text("Desk"));
@@ -276,17 +275,16 @@ private:
 
     void applyWith(const QString &name, const QString &username, const QString &password)
     {
-        DialogAction<Change_setting_for_USR_Dialog> user(
-            [&](Change_setting_for_USR_Dialog &dialog) {
-                enter(name, username, password);
-                clickButton(dialog, "pushButton_Apply");
-            });
+        boxes_->once<Change_setting_for_USR_Dialog>([&](Change_setting_for_USR_Dialog &dialog) {
+            enter(name, username, password);
+            clickButton(dialog, "pushButton_Apply");
+        });
         dialog_->exec();
-        QVERIFY(user.hasRun());
+        QVERIFY(!boxes_->isWaiting());
     }
 
     std::unique_ptr<FakeModule> module_;
-    std::unique_ptr<BoxAnswers> boxes_;
+    std::unique_ptr<DialogRecorder> boxes_;
     std::unique_ptr<Change_setting_for_USR_Dialog> dialog_;
 };
 

@@ -1,4 +1,4 @@
-#include "tests/support/dialog_answers.h"
+#include "tests/support/dialog_recorder.h"
 #include "tests/usr/fake_module.h"
 #include "usr/credentials_dialog.h"
 
@@ -25,7 +25,7 @@ class CredentialsDialogTest : public QObject
 private Q_SLOTS:
     void init()
     {
-        boxes_ = std::make_unique<BoxAnswers>();
+        boxes_ = std::make_unique<DialogRecorder>();
         module_ = std::make_unique<FakeModule>();
         module_->answerSearches(
             {{FakeModule::discoveryReply(QByteArray("\xc0\xa8\x01\x07", 4),
@@ -162,12 +162,12 @@ private Q_SLOTS:
     {
         QFETCH(char, flags);
         module_->answerLogins({{FakeModule::configuration(flags)}});
-        DialogAction<Credentials_Dialog> user([this](Credentials_Dialog &dialog) {
+        boxes_->once<Credentials_Dialog>([this](Credentials_Dialog &dialog) {
             enter(text("userna"), text("pass12"));
             clickButton(dialog, "pushButton_ip_allocation");
         });
         dialog_->exec();
-        QVERIFY(user.hasRun());
+        QVERIFY(!boxes_->isWaiting());
         QVERIFY(!dialog_->isVisible());
         QVERIFY(!dialog_->isClosed());
         QTEST(dialog_->ipAllocation(), "allocation");
@@ -184,7 +184,7 @@ private Q_SLOTS:
     void aRefusalEndsInMinusOneAndIsNotClosed()
     {
         module_->answerLogins({{FakeModule::refusal()}});
-        DialogAction<Credentials_Dialog> user([this](Credentials_Dialog &dialog) {
+        boxes_->once<Credentials_Dialog>([this](Credentials_Dialog &dialog) {
             enter(text("admin"), text("wrong"));
             clickButton(dialog, "pushButton_ip_allocation");
         });
@@ -197,7 +197,7 @@ private Q_SLOTS:
 
     void enterPressesContinue()
     {
-        DialogAction<Credentials_Dialog> user([this](Credentials_Dialog &dialog) {
+        boxes_->once<Credentials_Dialog>([this](Credentials_Dialog &dialog) {
             enter(text("admin"), text("admin"));
             QTest::keyClick(dialog.findChild<QLineEdit *>(text("lineEdit_password")),
                             Qt::Key_Return);
@@ -217,14 +217,14 @@ private Q_SLOTS:
     void escapeAndTheCloseButtonCountAsClosing()
     {
         QFETCH(bool, byEscape);
-        DialogAction<Credentials_Dialog> user([byEscape](Credentials_Dialog &dialog) {
+        boxes_->once<Credentials_Dialog>([byEscape](Credentials_Dialog &dialog) {
             if (byEscape)
                 QTest::keyClick(&dialog, Qt::Key_Escape);
             else
                 dialog.close();
         });
         dialog_->exec();
-        QVERIFY(user.hasRun());
+        QVERIFY(!boxes_->isWaiting());
         QVERIFY(dialog_->isClosed());
         QVERIFY(dialog_->ipAllocation().isEmpty());
         QVERIFY(module_->frames().isEmpty());
@@ -243,7 +243,7 @@ private:
     }
 
     std::unique_ptr<FakeModule> module_;
-    std::unique_ptr<BoxAnswers> boxes_;
+    std::unique_ptr<DialogRecorder> boxes_;
     std::unique_ptr<Credentials_Dialog> dialog_;
 };
 

@@ -23,7 +23,7 @@ private Q_SLOTS:
                 {FakeModule::discoveryReply(nth == 1 ? ipSeven_ : ipNine_, mac_, "Desk 9")}};
         });
         bool noticeWasGone = false;
-        boxes_->setInspector([&](QMessageBox &) { noticeWasGone = !notice()->isVisible(); });
+        boxes_->beforeButton([&](QMessageBox &) { noticeWasGone = !notice()->isVisible(); });
         dialog_->show();
         typeInto(*dialog_, "lineEdit_IPv4_Address", text("192.168.1.9"));
         clickButton(*dialog_, "pushButton_Apply_IP");
@@ -104,7 +104,7 @@ private Q_SLOTS:
     void theWaitingNoticeIsModelessAndCanBeClosed()
     {
         makeDialog("80", {50ms, 1h, 1h});
-        DialogAction<IP_Settings_Dialog> user([this](IP_Settings_Dialog &dialog) {
+        boxes_->once<IP_Settings_Dialog>([this](IP_Settings_Dialog &dialog) {
             clickButton(dialog, "pushButton_Apply_IP");
             QVERIFY(notice()->isVisible());
             QCOMPARE(notice()->parentWidget(), &dialog);
@@ -118,7 +118,7 @@ private Q_SLOTS:
             dialog.close();
         });
         dialog_->exec();
-        QVERIFY(user.hasRun());
+        QVERIFY(!boxes_->isWaiting());
     }
 
     void anOctetOver255PassesAndIsSentAsAnEmptyField()

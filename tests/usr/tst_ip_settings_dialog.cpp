@@ -151,10 +151,10 @@ private Q_SLOTS:
     void connectHidesIt()
     {
         makeDialog("80");
-        DialogAction<IP_Settings_Dialog> user(
+        boxes_->once<IP_Settings_Dialog>(
             [](IP_Settings_Dialog &dialog) { clickButton(dialog, "pushButton_Connect"); });
         dialog_->exec();
-        QVERIFY(user.hasRun());
+        QVERIFY(!boxes_->isWaiting());
         QVERIFY(!dialog_->isVisible());
         QVERIFY(!dialog_->isClosed());
     }
@@ -170,14 +170,14 @@ private Q_SLOTS:
     {
         QFETCH(bool, byEscape);
         makeDialog("80");
-        DialogAction<IP_Settings_Dialog> user([byEscape](IP_Settings_Dialog &dialog) {
+        boxes_->once<IP_Settings_Dialog>([byEscape](IP_Settings_Dialog &dialog) {
             if (byEscape)
                 QTest::keyClick(&dialog, Qt::Key_Escape);
             else
                 dialog.close();
         });
         dialog_->exec();
-        QVERIFY(user.hasRun());
+        QVERIFY(!boxes_->isWaiting());
         QVERIFY(dialog_->isClosed());
         QVERIFY(!dialog_->isVisible());
     }

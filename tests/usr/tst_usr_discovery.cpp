@@ -1,4 +1,4 @@
-#include "tests/support/dialog_answers.h"
+#include "tests/support/dialog_recorder.h"
 #include "tests/usr/fake_module.h"
 #include "usr/usr_searcher.h"
 
@@ -77,7 +77,7 @@ class UsrDiscoveryTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { boxes_ = std::make_unique<BoxAnswers>(); }
+    void init() { boxes_ = std::make_unique<DialogRecorder>(); }
 
     void cleanup()
     {
@@ -343,7 +343,7 @@ private Q_SLOTS:
     }
 
 private:
-    std::unique_ptr<BoxAnswers> boxes_;
+    std::unique_ptr<DialogRecorder> boxes_;
 };
 
 QTEST_MAIN(UsrDiscoveryTest)

@@ -1,5 +1,5 @@
 #include "log/event_log.h"
-#include "tests/support/dialog_answers.h"
+#include "tests/support/dialog_recorder.h"
 #include "tests/usr/fake_module.h"
 #include "usr/usr_searcher.h"
 
@@ -61,7 +61,7 @@ private Q_SLOTS:
     void init()
     {
         QCOMPARE(openLog(), 1);
-        boxes_ = std::make_unique<BoxAnswers>();
+        boxes_ = std::make_unique<DialogRecorder>();
         module_ = std::make_unique<FakeModule>();
         module_->answerSearches({{FakeModule::discoveryReply(ip, mac, "Desk")}});
         module_->answerLogins({{FakeModule::configuration('\x80')}});
@@ -120,7 +120,7 @@ private Q_SLOTS:
         QFETCH(Reader, reader);
         module_->answerLogins({{FakeModule::refusal()}});
         bool cursorWasBack = false;
-        boxes_->setInspector([&cursorWasBack](QMessageBox &) {
+        boxes_->beforeButton([&cursorWasBack](QMessageBox &) {
             cursorWasBack = QGuiApplication::overrideCursor() == nullptr;
         });
         const auto searcher = makeSearcher();
@@ -305,7 +305,7 @@ private:
     }
 
     std::unique_ptr<FakeModule> module_;
-    std::unique_ptr<BoxAnswers> boxes_;
+    std::unique_ptr<DialogRecorder> boxes_;
 };
 
 QTEST_MAIN(UsrLoginTest)

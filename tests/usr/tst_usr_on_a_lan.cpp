@@ -1,5 +1,5 @@
 #include "connection/select_hardware_dialog.h"
-#include "tests/support/dialog_answers.h"
+#include "tests/support/dialog_recorder.h"
 #include "usr/change_setting_for_usr_dialog.h"
 #include "usr/credentials_dialog.h"
 #include "usr/ip_settings_dialog.h"
@@ -50,7 +50,11 @@ private Q_SLOTS:
                       text("--fleet"), text("2"), text("--name"), text("Desk")});
     }
 
-    void init() { boxes_ = std::make_unique<BoxAnswers>(); }
+    void init()
+    {
+        boxes_ = std::make_unique<DialogRecorder>();
+        boxes_->passOverModelessBoxes();
+    }
 
     void cleanup()
     {
@@ -190,10 +194,9 @@ private:
         modules_.reset();
     }
 
-    static QString allocationByLogin(const char *address, const char *username,
-                                     const char *password)
+    QString allocationByLogin(const char *address, const char *username, const char *password)
     {
-        DialogAction<Credentials_Dialog> user([&](Credentials_Dialog &dialog) {
+        boxes_->once<Credentials_Dialog>([&](Credentials_Dialog &dialog) {
             typeInto(dialog, "lineEdit_username", text(username));
             typeInto(dialog, "lineEdit_password", text(password));
             clickButton(dialog, "pushButton_ip_allocation");
@@ -205,7 +208,7 @@ private:
 
     const QString applied_ = text("The IP was applied successfully");
     std::unique_ptr<QProcess> modules_;
-    std::unique_ptr<BoxAnswers> boxes_;
+    std::unique_ptr<DialogRecorder> boxes_;
 };
 
 QTEST_MAIN(UsrOnALanTest)

@@ -1,5 +1,5 @@
 #include "log/event_log.h"
-#include "tests/support/dialog_answers.h"
+#include "tests/support/dialog_recorder.h"
 #include "tests/usr/fake_module.h"
 #include "usr/usr_searcher.h"
 
@@ -34,7 +34,7 @@ private Q_SLOTS:
     void init()
     {
         QCOMPARE(openLog(), 1);
-        boxes_ = std::make_unique<BoxAnswers>();
+        boxes_ = std::make_unique<DialogRecorder>();
         module_ = std::make_unique<FakeModule>();
         nameIs("Desk");
     }
@@ -212,7 +212,7 @@ private:
     }
 
     std::unique_ptr<FakeModule> module_;
-    std::unique_ptr<BoxAnswers> boxes_;
+    std::unique_ptr<DialogRecorder> boxes_;
 };
 
 QTEST_MAIN(UsrSetupTest)
