@@ -4,6 +4,7 @@
 #include <QSignalSpy>
 #include <QTableWidget>
 #include <QTest>
+#include <QTimer>
 
 namespace {
 const QList<QByteArray> readCommands = {"//rl", "//??", "//BP"};
@@ -153,6 +154,40 @@ private Q_SLOTS:
         s.window->refresh_UI();
         QVERIFY(s.waitForRead());
         QCOMPARE(s.user.seen().size(), 1);
+    }
+
+    /// The user presses for another read while the sixth answer waits to be read. That answer is
+    /// gone with the buffer, so the window gives up, and with it everything that was asked.
+    void anAnswerAfterGivingUpIsShownAndNotTakenOver()
+    {
+        SerialWindow s;
+        s.device->answers["//BP"] = "no layout\n";
+        WindowSettings settings = SerialWindow::quick();
+        settings.readBack.takeOver = std::chrono::milliseconds(200);
+        s.start(settings);
+        const auto answersShown = [&s] { return s.terminal().count(QStringLiteral("no layout")); };
+        QTRY_COMPARE_WITH_TIMEOUT(answersShown(), 6, 10000);
+        s.device->answers.clear();
+        s.window->refresh_UI();
+        QTRY_COMPARE(s.device->commands().count("//rl"), 7);
+        QVERIFY(s.user.seen().isEmpty());
+        QTRY_COMPARE(s.user.seen().size(), 1);
+        QCOMPARE(s.user.seen().constFirst().text, QStringLiteral("Setting data from TRQ error"));
+
+        s.device->say(QByteArray(cannedReply).replace("Scroll Lock", "F1"));
+        QTRY_VERIFY(s.terminal().contains(QStringLiteral("Hotkey Trigger: F1")));
+        QTRY_VERIFY(s.isGreen());
+        bool takeOverIsPast = false;
+        QTimer::singleShot(300, s.window.get(), [&] { takeOverIsPast = true; });
+        QTRY_VERIFY(takeOverIsPast);
+        QCOMPARE(s.label("label_Current_Hotkey_Trigger_Data")->text(),
+                 QStringLiteral("Scroll Lock"));
+        QCOMPARE(s.device->commands().count("//rl"), 7);
+
+        s.device->answers = ScriptedSwitch::cannedAnswers();
+        s.device->answers["//??"].replace("Scroll Lock", "F2");
+        s.window->refresh_UI();
+        QTRY_COMPARE(s.label("label_Current_Hotkey_Trigger_Data")->text(), QStringLiteral("F2"));
     }
 
     void aSwitchThatStumblesOnceIsReadAtTheSecondTry()

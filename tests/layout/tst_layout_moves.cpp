@@ -3,6 +3,7 @@
 #include "log/event_log.h"
 
 #include <QFile>
+#include <QMouseEvent>
 #include <QTest>
 #include <stdexcept>
 
@@ -84,6 +85,30 @@ private Q_SLOTS:
         QCOMPARE(bench.table.selectionMode(), QAbstractItemView::NoSelection);
         QVERIFY(!bench.table.selectionModel()->isSelected(bench.table.model()->index(2, 2)));
         QCOMPARE(bench.table.styleSheet(), style);
+    }
+
+    void aSweepFromAnEmptyCellSelectsNothing()
+    {
+        GridBench bench;
+        bench.table.show();
+        mouse(bench, QEvent::MouseButtonPress, {2, 1});
+        mouse(bench, QEvent::MouseMove, {0, 1});
+        mouse(bench, QEvent::MouseMove, {0, 2});
+        QVERIFY(bench.table.selectionModel()->selectedIndexes().isEmpty());
+        mouse(bench, QEvent::MouseButtonRelease, {0, 2});
+        QVERIFY(bench.table.selectionModel()->selectedIndexes().isEmpty());
+        QCOMPARE(bench.picture(), QStringLiteral("1234/..../..../...."));
+    }
+
+    void aPressOnADisplayAllowsSelectingAgain()
+    {
+        GridBench bench;
+        bench.grid.cellPressed(2, 2);
+        bench.table.selectAll();
+        QVERIFY(bench.table.selectedItems().isEmpty());
+        bench.grid.cellPressed(0, 1);
+        bench.table.selectAll();
+        QCOMPARE(bench.table.selectedItems().size(), 4);
     }
 
     void bothOrdersOfNotificationAreOneDrop_data()
@@ -240,6 +265,20 @@ private Q_SLOTS:
         bench.table.setCurrentCell(0, 1);
         QTest::keyClick(&bench.table, Qt::Key_Down, Qt::ControlModifier | Qt::ShiftModifier);
         QCOMPARE(bench.picture(), QStringLiteral("1234/..../..../...."));
+    }
+
+private:
+    /// The left button goes down, is moved with or comes up over the centre of a cell.
+    static void mouse(GridBench &bench, QEvent::Type type, GridPosition cell)
+    {
+        QWidget *viewport = bench.table.viewport();
+        const QPointF at =
+            bench.table.visualRect(bench.table.model()->index(cell.row, cell.column)).center();
+        QMouseEvent event(type, at, viewport->mapToGlobal(at),
+                          type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton,
+                          type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton,
+                          Qt::NoModifier);
+        QCoreApplication::sendEvent(viewport, &event);
     }
 };
 
