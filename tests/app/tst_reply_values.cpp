@@ -131,6 +131,18 @@ private Q_SLOTS:
         QVERIFY2(s.device->commands().isEmpty(), "what the switch reports is not sent back");
     }
 
+    void aPressOnTheSwitchIsTakenOnce()
+    {
+        SerialWindow s;
+        QVERIFY(s.startAndRead());
+        s.device->say("**M4\n");
+        QTRY_COMPARE(s.combo("comboBox_KM_Control")->currentIndex(), 3);
+        s.combo("comboBox_KM_Control")->setCurrentIndex(1);
+        s.device->say("something else\n");
+        QTRY_VERIFY(s.terminal().endsWith(QStringLiteral("something else\n")));
+        QCOMPARE(s.combo("comboBox_KM_Control")->currentIndex(), 1);
+    }
+
     void chunkRulesPutTheHandlersBackAsTheyWere()
     {
         SerialWindow s;
