@@ -1,5 +1,7 @@
 #include "simulator/real_port_face.h"
 
+#include "simulator/serial_line.h"
+
 #include <stdexcept>
 
 RealPortFace::RealPortFace(SimulatedSwitch &theSwitch, const QString &portName)
@@ -14,7 +16,7 @@ void RealPortFace::plug()
     if (port_.isOpen())
         port_.close();
     port_.setPortName(name_);
-    port_.setBaudRate(QSerialPort::Baud115200);
+    port_.setBaudRate(lineBaudRate);
     port_.setDataBits(QSerialPort::Data8);
     port_.setParity(QSerialPort::NoParity);
     port_.setStopBits(QSerialPort::OneStop);

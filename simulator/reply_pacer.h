@@ -17,8 +17,6 @@ class ReplyPacer : public QObject
     Q_OBJECT
 
 public:
-    /// What a line of 115200 baud carries: ten bits a byte.
-    static constexpr int lineSpeed = 115200 / 10;
     /// Pieces take no time.
     static constexpr int unpaced = 0;
 

@@ -2,6 +2,7 @@
 
 #include "simulator/output.h"
 #include "simulator/real_port_face.h"
+#include "simulator/serial_line.h"
 #include "simulator/text_form.h"
 #ifdef Q_OS_UNIX
 #include "simulator/virtual_port_face.h"
@@ -105,7 +106,7 @@ void Simulation::makeSerialFace()
         serial_ = std::make_unique<RealPortFace>(theSwitch, options_.portName);
     } else {
 #ifdef Q_OS_UNIX
-        const int speed = options_.pacing ? ReplyPacer::lineSpeed : ReplyPacer::unpaced;
+        const int speed = options_.pacing ? lineBytesPerSecond : ReplyPacer::unpaced;
         serial_ = std::make_unique<VirtualPortFace>(theSwitch, options_.linkPath, speed);
 #else
         throw std::runtime_error("this system has no pseudo-terminals: name a port with --port");

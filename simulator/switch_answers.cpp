@@ -76,22 +76,20 @@ std::string layoutAnswer(const SwitchState &state, const SwitchFaults &faults)
 
 const std::vector<std::string> &answerKeys()
 {
-    static const std::vector<std::string> keys{
-        "//RL",
-        "KM Port Limit",
-        "KM Cursor Rolling",
-        "KM tracking mode",
-        "Channels resolution",
-        "Buzzer",
-        "C1",
-        "C2",
-        "C3",
-        "C4",
-        "Current Hotkey Trigger",
-        "Current KM Control",
-        "Current USB Control",
-        "//FF",
-    };
+    static const std::vector<std::string> keys = [] {
+        std::vector<std::string> all{"//RL",
+                                     "KM Port Limit",
+                                     "KM Cursor Rolling",
+                                     "KM tracking mode",
+                                     "Channels resolution",
+                                     "Buzzer"};
+        for (int number = 1; number <= SwitchState::customCount; ++number)
+            all.push_back("C" + std::to_string(number));
+        for (const char *key :
+             {"Current Hotkey Trigger", "Current KM Control", "Current USB Control", "//FF"})
+            all.emplace_back(key);
+        return all;
+    }();
     return keys;
 }
 

@@ -57,9 +57,11 @@ Decoded resolution(const std::string &arguments)
     if (!channel)
         return Rejection{"the channel must be 1 to 4"};
     const std::string digits = arguments.substr(blank + 1);
-    const auto value = startsWith(digits, "0") ? std::nullopt : numberIn(digits, 1, 13);
+    const auto value =
+        startsWith(digits, "0") ? std::nullopt : numberIn(digits, 1, SwitchState::resolutionCount);
     if (!value)
-        return Rejection{"the resolution must be 1 to 13"};
+        return Rejection{"the resolution must be 1 to " +
+                         std::to_string(SwitchState::resolutionCount)};
     return SwitchCommand{.kind = Kind::Resolution, .number = *channel, .value = *value};
 }
 
@@ -127,9 +129,10 @@ Decoded custom(std::string arguments)
     }
     if (!arguments.empty() && arguments.back() == ' ')
         arguments.pop_back();
-    const auto number = digitIn(fields[0], 1, 4);
+    const auto number = digitIn(fields[0], 1, SwitchState::customCount);
     if (!number)
-        return Rejection{"the custom setting must be 1 to 4"};
+        return Rejection{"the custom setting must be 1 to " +
+                         std::to_string(SwitchState::customCount)};
     const auto x = speedIn(fields[1]);
     const auto y = speedIn(fields[2]);
     if (!x || !y)

@@ -25,9 +25,9 @@ struct SwitchCommand
         FactoryReset,        ///< "//F"
         BuzzerOn,            ///< "//B1"
         BuzzerOff,           ///< "//B0"
-        Resolution,          ///< "//CE 2 5": number = channel, value = resolution 1 to 13
+        Resolution,          ///< "//CE 2 5": number = channel, value = resolution
         Layout,              ///< "//FF01B01FF02B02FF03B03FF04B04": layout
-        Custom,              ///< "//MM C2 120 80 DESK ": number = setting 1 to 4, custom
+        Custom,              ///< "//MM C2 120 80 DESK ": number = setting, custom
     };
 
     Kind kind;

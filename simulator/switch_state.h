@@ -19,6 +19,9 @@ struct CustomSetting
 /// their ranges may be put in on purpose; the switch reports them as they are.
 struct SwitchState
 {
+    static constexpr int customCount = 4;
+    static constexpr int resolutionCount = 9 + customCount; ///< presets and custom settings
+
     int kmControl = 1;          ///< channel with keyboard and mouse, 1 to 4
     int usbControl = 1;         ///< channel with the USB devices, 1 to 4
     bool relativeMouse = false; ///< false: absolute mouse mode
@@ -26,9 +29,9 @@ struct SwitchState
     int activePorts = 4; ///< 2 to 4
     bool buzzer = true;
     std::array<int, 4> layout{1, 2, 3, 4}; ///< grid cell per channel, 1 (top left) to 16
-    std::array<int, 4> resolutions{1, 1, 1,
-                                   1}; ///< per channel, 1 to 13; 10 to 13 are the custom ones
-    std::array<CustomSetting, 4> custom{
+    /// Per channel, from 1; the last `customCount` are the custom settings.
+    std::array<int, 4> resolutions{1, 1, 1, 1};
+    std::array<CustomSetting, customCount> custom{
         CustomSetting{100, 100, "CUSTOM1"}, CustomSetting{100, 100, "CUSTOM2"},
         CustomSetting{100, 100, "CUSTOM3"}, CustomSetting{100, 100, "CUSTOM4"}};
     std::string hotkeyTrigger = "Left Ctrl";

@@ -1,5 +1,6 @@
 #include "simulator/reply_pacer.h"
 #include "simulator/serial_face.h"
+#include "simulator/serial_line.h"
 #include "simulator/simulated_switch.h"
 
 #include <QElapsedTimer>
@@ -86,7 +87,7 @@ private Q_SLOTS:
 
     void aLineCarries11520BytesASecond()
     {
-        ReplyPacer pacer(ReplyPacer::lineSpeed);
+        ReplyPacer pacer(lineBytesPerSecond);
         Arrivals arrivals(pacer);
         QByteArray text;
         for (int i = 0; i < 1152; ++i)
@@ -114,7 +115,7 @@ private Q_SLOTS:
 
     void aWaitIsSilenceOnTheLine()
     {
-        ReplyPacer pacer(ReplyPacer::lineSpeed);
+        ReplyPacer pacer(lineBytesPerSecond);
         Arrivals arrivals(pacer);
         // 5 ms and 10 ms on the line, each in one go, 30 ms apart
         pacer.enqueue({{0ms, QByteArray(58, 'a'), true}, {30ms, QByteArray(116, 'b'), true}});
@@ -125,7 +126,7 @@ private Q_SLOTS:
 
     void anIdleLineOwesNothing()
     {
-        ReplyPacer pacer(ReplyPacer::lineSpeed);
+        ReplyPacer pacer(lineBytesPerSecond);
         pacer.enqueue({{0ms, "first"}});
         QTRY_COMPARE(pacer.waiting(), qsizetype(0));
         QElapsedTimer idle;
@@ -139,7 +140,7 @@ private Q_SLOTS:
 
     void whatIsClearedNeverArrives()
     {
-        ReplyPacer pacer(ReplyPacer::lineSpeed);
+        ReplyPacer pacer(lineBytesPerSecond);
         Arrivals arrivals(pacer);
         pacer.enqueue({{0ms, QByteArray(5000, 'x')}});
         QTRY_VERIFY(!arrivals.all.isEmpty());
@@ -153,7 +154,7 @@ private Q_SLOTS:
 
     void clearingWhileSomethingArrivesIsSafe()
     {
-        ReplyPacer pacer(ReplyPacer::lineSpeed);
+        ReplyPacer pacer(lineBytesPerSecond);
         Arrivals arrivals(pacer);
         connect(&pacer, &ReplyPacer::due, &pacer, [&pacer] { pacer.clear(); });
         pacer.enqueue({{0ms, QByteArray(5000, 'x')}, {0ms, "never"}});
@@ -167,7 +168,7 @@ private Q_SLOTS:
     void theQueueForTheLineHasAnEnd()
     {
         SimulatedSwitch theSwitch(0ms);
-        MemoryFace face(theSwitch, ReplyPacer::lineSpeed);
+        MemoryFace face(theSwitch, lineBytesPerSecond);
         const QSignalSpy noted(&face, &SerialFace::noted);
         theSwitch.flood(30000000);
         QCOMPARE(noted.size(), 0);
