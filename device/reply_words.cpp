@@ -9,6 +9,7 @@ std::string_view customSettingReplyKey(int setting)
 {
     static constexpr std::array<std::string_view, customSettings> keys = {"C1\t", "C2\t", "C3\t",
                                                                           "C4\t"};
+    static_assert(!keys.back().empty());
     return keys.at(static_cast<std::size_t>(setting));
 }
 

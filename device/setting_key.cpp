@@ -1,15 +1,10 @@
 #include "device/setting_key.h"
 
-#include "device/custom_setting.h"
-#include "device/ports.h"
-
 #include <algorithm>
 
 namespace {
 constexpr int firstResolution = static_cast<int>(SettingKey::FirstResolution);
 constexpr int firstCustom = static_cast<int>(SettingKey::FirstCustom);
-static_assert(static_cast<int>(SettingKey::LastResolution) == firstResolution + channelCount - 1);
-static_assert(static_cast<int>(SettingKey::LastCustom) == firstCustom + customSettings - 1);
 
 QString groupName(SettingKey key)
 {

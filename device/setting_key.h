@@ -1,5 +1,8 @@
 #pragma once
 
+#include "device/custom_setting.h"
+#include "device/ports.h"
+
 #include <QString>
 #include <optional>
 #include <vector>
@@ -12,10 +15,10 @@ enum class SettingKey {
     CursorRolling,
     Buzzer,
     MouseMode,
-    FirstResolution, ///< and the three behind it: channels 1 to 4
-    LastResolution = FirstResolution + 3,
-    FirstCustom, ///< and the three behind it: settings 1 to 4
-    LastCustom = FirstCustom + 3,
+    FirstResolution, ///< and those behind it, by channel
+    LastResolution = FirstResolution + channelCount - 1,
+    FirstCustom, ///< and those behind it, by number
+    LastCustom = FirstCustom + customSettings - 1,
     Layout,
     Hotkey ///< can be read only
 };

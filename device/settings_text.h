@@ -41,10 +41,13 @@ inline constexpr std::array<std::string_view, customSettings> customSettingKeys 
 inline constexpr std::array<std::string_view, customSettings> dataLabelKeys = {
     "Data from mouse movement label 1: ", "Data from mouse movement label 2: ",
     "Data from mouse movement label 3: ", "Data from mouse movement label 4: "};
+static_assert(!resolutionKeys.back().empty() && !customSettingKeys.back().empty() &&
+              !dataLabelKeys.back().empty());
 inline constexpr std::string_view gridSettingsKey = "Grid settings: ";
 inline constexpr std::array<std::string_view, channelCount> coordinatesKeys = {
     "Coordinates channel 1: ", "Coordinates channel 2: ", "Coordinates channel 3: ",
     "Coordinates channel 4: "};
+static_assert(!coordinatesKeys.back().empty());
 inline constexpr std::string_view buzzerKey = "Buzzer: ";
 inline constexpr std::string_view mouseModeKey = "Mouse Mode: ";
 

@@ -36,7 +36,7 @@ QString nameFilter()
     return QStringLiteral("Text files (*.txt)");
 }
 
-/// The type of member `at`, 0 to 3, of a group of four.
+/// The type of member `at`, zero-based, of a group.
 EntryType member(EntryType first, std::size_t at)
 {
     return static_cast<EntryType>(static_cast<int>(first) + static_cast<int>(at));
@@ -177,9 +177,12 @@ SettingsValues SettingsFile::shownValues() const
     for (int at = 0; at < channelCount; ++at) {
         const auto place = static_cast<std::size_t>(at);
         values.resolutions.at(place) = parts_.mouse.selectedResolutionCommand(at + 1);
+        values.coordinates.at(place) = shownCoordinates(at + 1);
+    }
+    for (int at = 0; at < customSettings; ++at) {
+        const auto place = static_cast<std::size_t>(at);
         values.customSettings.at(place) = parts_.mouse.knownSettingCommand(at);
         values.dataLabels.at(place) = parts_.mouse.dataLabel(at).toStdString();
-        values.coordinates.at(place) = shownCoordinates(at + 1);
     }
     values.gridSettings = parts_.layout.buildLayoutCommand();
     values.buzzer = buzzerCommand(!parts_.controls.isBeepOnEnabled());

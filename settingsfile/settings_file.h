@@ -1,5 +1,8 @@
 #pragma once
 
+#include "device/custom_setting.h"
+#include "device/ports.h"
+
 #include <QList>
 #include <QObject>
 #include <QPointer>
@@ -27,12 +30,12 @@ enum class EntryType {
     MouseMode = 2,
     LimitPorts = 3,
     CursorRolling = 4,
-    FirstCustomSetting = 5, ///< 5 to 8: settings 1 to 4
-    FirstResolution = 9,    ///< 9 to 12: channels 1 to 4
-    Grid = 13,
-    Buzzer = 14,
-    FirstDataLabel = 15, ///< 15 to 18: settings 1 to 4
-    LastDataLabel = 18
+    FirstCustomSetting,                                    ///< and those behind it, by number
+    FirstResolution = FirstCustomSetting + customSettings, ///< and those behind it, by channel
+    Grid = FirstResolution + channelCount,
+    Buzzer,
+    FirstDataLabel, ///< and those behind it, by number
+    LastDataLabel = FirstDataLabel + customSettings - 1
 };
 
 /// Saves the switch's configuration, as the window shows it, to a text file, and applies such a
