@@ -123,6 +123,23 @@ private Q_SLOTS:
         QTRY_COMPARE(s_->device->commands(), QList<QByteArray>{"//R"});
     }
 
+    void withoutALinkNoOtherButtonIsEnabled()
+    {
+        s_->button("pushButton_OFF_Connection")->click();
+        QStringList enabled;
+        const auto buttons = s_->window->findChildren<QPushButton *>();
+        for (const QPushButton *button : buttons) {
+            if (button->isEnabled())
+                enabled.append(button->objectName());
+        }
+        enabled.sort();
+        QCOMPARE(enabled, QStringList({QStringLiteral("ConfigurationBtn"),
+                                       QStringLiteral("pushButton_Connection_Indicator"),
+                                       QStringLiteral("pushButton_Connection_Settings"),
+                                       QStringLiteral("pushButton_ON_Connection"),
+                                       QStringLiteral("pushButton_Send_Command")}));
+    }
+
     void whileAReplyIsAppliedNothingIsSent()
     {
         s_->device->answers["//rl"] =
