@@ -53,7 +53,7 @@ private Q_SLOTS:
 
     void theIndicatorsToolTipIsNotPaintedLikeTheIndicator()
     {
-        LinkFixture f;
+        LinkBench f;
         f.controls.setConnected();
         f.on.setStyleSheet(f.indicator.styleSheet());
         f.window.show();

@@ -58,9 +58,9 @@ private Q_SLOTS:
     {
         page_->report();
         page_->resolutions[2].setCurrentIndex(11);
-        page_->bench.controls().setHandlersArmed(true);
+        page_->bench.controls.setHandlersArmed(true);
         page_->settings.trimCustomEntries();
-        QVERIFY(page_->bench.controls().areHandlersArmed());
+        QVERIFY(page_->bench.controls.areHandlersArmed());
         for (const QComboBox &combo : page_->resolutions) {
             QCOMPARE(combo.count(), 9);
             QCOMPARE(combo.itemText(8), QStringLiteral("1920x4320"));
