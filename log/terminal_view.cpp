@@ -6,17 +6,19 @@
 #include <QTextEdit>
 
 namespace {
-constexpr int keptBlocks = 100'000 + 1; ///< whole lines, and the one that is being written
-/// How many blocks more there may be: a removal at the start moves all that follows, which takes a
-/// tenth of a second and so is not for every chunk.
-constexpr int spareBlocks = 10'000;
+/// A block of the document holds this many lines. A removal at the start moves every block that
+/// stays, which took a window's tenth of a second when each line was a block; a larger one would be
+/// laid out anew too often while its lines come in.
+constexpr int linesPerBlock = 10;
+constexpr int keptBlocks = 100'000 / linesPerBlock + 1; ///< and the one that is being written
+/// How many blocks more there may be, so that a removal is not for every chunk.
+constexpr int spareBlocks = 10'000 / linesPerBlock;
 constexpr int longestLine = 1000; ///< UTF-16 units
 
-/// Whether the view begins a new block at `character`.
 bool endsLine(QChar character)
 {
     return character == QLatin1Char('\n') || character == QLatin1Char('\r') ||
-           character == QChar::ParagraphSeparator;
+           character == QChar::ParagraphSeparator || character == QChar::LineSeparator;
 }
 } // namespace
 
@@ -29,7 +31,7 @@ void TerminalView::append(const QString &chunk)
 {
     QTextCursor cursor(view_.document());
     cursor.movePosition(QTextCursor::End);
-    cursor.insertText(withLongLinesBroken(chunk));
+    cursor.insertText(inBlocks(withLongLinesBroken(chunk)));
     dropOldLines();
     view_.setTextCursor(cursor);
 }
@@ -51,7 +53,8 @@ void TerminalView::clear()
 QString TerminalView::withLongLinesBroken(const QString &chunk) const
 {
     QString broken;
-    qsizetype length = view_.document()->lastBlock().length() - 1;
+    const QString last = view_.document()->lastBlock().text();
+    qsizetype length = last.size() - 1 - last.lastIndexOf(QChar::LineSeparator);
     qsizetype taken = 0;
     for (qsizetype at = 0; at < chunk.size(); ++at) {
         if (endsLine(chunk.at(at))) {
@@ -67,6 +70,27 @@ QString TerminalView::withLongLinesBroken(const QString &chunk) const
         ++length;
     }
     return broken.isEmpty() ? chunk : broken + chunk.mid(taken);
+}
+
+/// Line ends within a block are line separators, which copied and plain text has as line feeds.
+QString TerminalView::inBlocks(const QString &text) const
+{
+    QString blocks;
+    blocks.reserve(text.size());
+    qsizetype ended = view_.document()->lastBlock().text().count(QChar::LineSeparator);
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        const QChar character = text.at(at);
+        if (!endsLine(character)) {
+            blocks += character;
+            continue;
+        }
+        if (character == QLatin1Char('\r') && at + 1 < text.size() &&
+            text.at(at + 1) == QLatin1Char('\n'))
+            continue; // one line end, not two
+        ended = (ended + 1) % linesPerBlock;
+        blocks += ended == 0 ? QChar(QLatin1Char('\n')) : QChar(QChar::LineSeparator);
+    }
+    return blocks;
 }
 
 void TerminalView::dropOldLines()

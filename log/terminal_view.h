@@ -24,6 +24,7 @@ public:
 
 private:
     QString withLongLinesBroken(const QString &chunk) const;
+    QString inBlocks(const QString &text) const;
     void dropOldLines();
 
     QTextEdit &view_;

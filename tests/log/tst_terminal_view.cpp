@@ -3,6 +3,7 @@
 #include <QScrollBar>
 #include <QTest>
 #include <QTextBlock>
+#include <QTextDocumentFragment>
 #include <QTextEdit>
 
 namespace {
@@ -72,13 +73,14 @@ private Q_SLOTS:
         TerminalView terminal(view);
         terminal.append(lines(1, 100'000));
         QCOMPARE(view.toPlainText(), lines(1, 100'000));
-        int most = 0;
+        qsizetype most = 0;
         for (int line = 100'001; line <= 130'000; line += 500) {
             terminal.append(lines(line, line + 499));
-            QVERIFY2(view.document()->blockCount() > 100'000, qPrintable(QString::number(line)));
-            most = std::max(most, view.document()->blockCount());
+            const auto kept = view.toPlainText().count(QLatin1Char('\n'));
+            QVERIFY2(kept >= 100'000, qPrintable(QString::number(line)));
+            most = std::max(most, kept);
         }
-        QVERIFY2(most <= 111'000, qPrintable(QString::number(most)));
+        QVERIFY2(most <= 110'010, qPrintable(QString::number(most)));
         QVERIFY(view.toPlainText().endsWith(lines(30'001, 130'000)));
     }
 
@@ -88,7 +90,6 @@ private Q_SLOTS:
         TerminalView terminal(view);
         terminal.append(lines(1, 250'000) + QStringLiteral("begun"));
         QCOMPARE(view.toPlainText(), lines(150'001, 250'000) + QStringLiteral("begun"));
-        QCOMPARE(view.document()->blockCount(), 100'001);
         QVERIFY(view.textCursor().atEnd());
     }
 
@@ -105,7 +106,7 @@ private Q_SLOTS:
             terminal.scrollToEnd();
             QCOMPARE(view.verticalScrollBar()->value(), view.verticalScrollBar()->maximum());
             const QTextCursor top = view.cursorForPosition(QPoint(2, 2));
-            QVERIFY(top.blockNumber() > view.document()->blockCount() - 20);
+            QVERIFY(top.blockNumber() > view.document()->blockCount() - 4);
         }
     }
 
@@ -159,6 +160,18 @@ private Q_SLOTS:
         TerminalView terminal(view);
         terminal.append(lines(1, 20'000)); // more than 200 kB
         QCOMPARE(view.toPlainText(), lines(1, 20'000));
+    }
+
+    void everyLineEndIsALineFeedToWhoeverCopiesIt()
+    {
+        QTextEdit view;
+        TerminalView terminal(view);
+        for (int line = 0; line < 15; ++line)
+            terminal.append(QStringLiteral("a\r\nb\n\nc"));
+        view.selectAll();
+        const QString copied = view.textCursor().selection().toPlainText();
+        QCOMPARE(copied, QStringLiteral("a\nb\n\nc").repeated(15));
+        QCOMPARE(view.toPlainText(), copied);
     }
 
     void controlAndStrayCharactersDoNotBreakIt()
