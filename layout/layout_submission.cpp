@@ -31,7 +31,7 @@ void LayoutSubmission::submit()
     activePorts_.setCurrentIndex(allPortsActive);
     std::string command = buildLayoutCommand();
     link_.writeDirectly(link_.frame(command));
-    if (!connected)
+    if (!connected && link_.connection().isOpen()) // it may have ended under the notice
         writeLog("The displays do not touch; the layout was sent as it is");
     activePorts_.setCurrentIndex(chosen);
 }

@@ -57,6 +57,8 @@ void GeneralSettings::factoryReset()
     if (question.answer() != QStringLiteral("OK"))
         return;
     link_.forwardCommand(factoryResetCommand);
+    if (!link_.connection().road()) // it may have ended under the question
+        return;
     link_.connection().later(link_.hasUdpSocket() ? timing_.networkReadAfterReset
                                                   : timing_.serialReadAfterReset,
                              window_, "refresh_UI");

@@ -83,7 +83,6 @@ public:
     std::chrono::milliseconds noAnswerWait() const { return settings_.noAnswer; }
 
     const QString &address() const { return usrAddress; }
-    const QString &moduleName() const { return moduleName_; }
     /// The module that the next openNetworkLink talks to: dotted IPv4 address and name.
     void setModule(const QString &address, const QString &name);
     /// The name alone; the module in use has been renamed.

@@ -99,6 +99,21 @@ private Q_SLOTS:
         QCOMPARE(s.second.commands(), readCommands);
     }
 
+    void aCablePulledUnderTheQuestionLeavesNothingToReadLater()
+    {
+        SerialWindow s;
+        s.user.on<Yes_No_Dialog>([&s](Yes_No_Dialog &dialog) {
+            s.unplug();
+            QTRY_VERIFY(!s.isGreen());
+            WindowBench::press(dialog, "pushButton_OK");
+        });
+        QVERIFY(s.startAndRead());
+        s.button("pushButton_Factory_Reset")->click();
+        QVERIFY(isDisconnected(s));
+        passAllDelays();
+        QCOMPARE(s.combo("comboBox_mouse_movement_resolution_setting_1")->count(), 13);
+    }
+
     void theReadAfterACustomSettingDoesNotReachAnotherSwitch()
     {
         TwoSwitches s;

@@ -126,6 +126,16 @@ private Q_SLOTS:
         QVERIFY(s_->bench.isSilent());
     }
 
+    void aLayoutThatWentNowhereIsNotLoggedAsSent()
+    {
+        const qsizetype before = sentApart();
+        s_->bench.link.closeNetworkLink();
+        s_->grid().place({{{0, 0}, {0, 1}, {2, 0}, {2, 1}}}, 2);
+        s_->submission.submit();
+        QVERIFY(s_->user.sawText(QStringLiteral("Failed to update, connect all displays")));
+        QCOMPARE(sentApart(), before);
+    }
+
     void aReplyPlacesTheChannels()
     {
         s_->submission.load("01B05 02B06 03B07 04B08");
