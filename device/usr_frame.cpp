@@ -11,6 +11,14 @@ constexpr qsizetype digitsPerByte = 2;
 constexpr int ipv4Size = 4;
 constexpr int macSize = 6;
 
+constexpr qsizetype loginSize = 22;
+constexpr qsizetype setupSize = 89; // with a whole name field
+constexpr qsizetype usernameAt = 9;
+constexpr qsizetype passwordAt = 15;
+constexpr qsizetype newPasswordBeforeEnd = setupSize - 64;
+constexpr qsizetype runBeforeEnd = setupSize - 70;
+constexpr qsizetype knownOfReply = 21;
+
 QString digitsAt(const QString &hexText, int offset, int size)
 {
     if (hexText.size() < digitsPerByte * (offset + size))
@@ -45,6 +53,39 @@ QString authenticatedRequest(const QString &lengthAndCommand, const QString &mac
 {
     return withChecksum(lengthAndCommand + mac + textField(username, credentialSize) +
                         textField(password, credentialSize));
+}
+
+char commandOf(const QByteArray &frame)
+{
+    return frame.size() > 2 ? frame[2] : '\0';
+}
+
+void hide(QByteArray &frame, qsizetype offset, qsizetype size)
+{
+    for (qsizetype i = offset; i < std::min(offset + size, frame.size()); ++i)
+        frame[i] = '*';
+}
+
+/// Whether the credentials of a login or commit stand where they usually do. Without the MAC, and
+/// with texts that overflow their fields, one can have the usual size as well; only a text beyond
+/// ASCII overflows.
+bool isUsualLogin(const QByteArray &request)
+{
+    const QByteArray credentials = request.mid(usernameAt, 2 * credentialSize);
+    return request.size() == loginSize &&
+           std::all_of(credentials.cbegin(), credentials.cend(),
+                       [](char byte) { return static_cast<quint8>(byte) < 0x80; });
+}
+
+/// The same of a setup, whose name may be short: its fixed runs tell where the fields between them
+/// are.
+bool isUsualSetup(const QByteArray &request)
+{
+    const qsizetype size = request.size();
+    return size <= setupSize && size >= setupSize - nameSize &&
+           request.mid(passwordAt + credentialSize, 3) == QByteArray("\x09\x38\x03", 3) &&
+           request.mid(25, 5) == QByteArray("\x20\x19\x50\x00\x02", 5) &&
+           request.mid(size - runBeforeEnd, 4) == QByteArray("\x02\x01\x00\x00", 4);
 }
 } // namespace
 
@@ -142,6 +183,32 @@ bool isConfiguration(const QString &hexText)
 bool isRefusal(const QString &hexText)
 {
     return hexText.size() == digitsPerByte * refusalSize;
+}
+
+QByteArray requestForRecord(const QByteArray &request)
+{
+    const char command = commandOf(request);
+    if (command != 3 && command != 4 && command != 5)
+        return request;
+    QByteArray shown = request;
+    if (command == 5 ? isUsualSetup(request) : isUsualLogin(request)) {
+        hide(shown, passwordAt, credentialSize);
+        if (command == 5)
+            hide(shown, shown.size() - newPasswordBeforeEnd, credentialSize);
+    } else {
+        hide(shown, usernameAt, shown.size());
+    }
+    if (shown.size() > usernameAt)
+        shown.back() = '\0';
+    return shown;
+}
+
+QByteArray replyForRecord(const QByteArray &reply)
+{
+    QByteArray shown = reply;
+    if (commandOf(reply) != 1)
+        hide(shown, knownOfReply, shown.size());
+    return shown;
 }
 
 } // namespace usr_frame

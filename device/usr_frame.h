@@ -125,4 +125,16 @@ bool isConfiguration(const QString &hexText);
 /// Example: FF 01 03 04
 bool isRefusal(const QString &hexText);
 
+/// `request` (bytes) as a record may keep it: each byte of a password is 2A, and the checksum,
+/// which would tell about it, is 00. Where a field is shorter or longer than usual, so that
+/// passwords may stand elsewhere, everything behind the first 9 bytes is 2A and the last is 00.
+/// What carries no credentials stays as it is. Example, the login above: FF 13 03 9C A5 25 1A 2B 3C
+/// 61 64 6D 69 6E 00 2A 2A 2A 2A 2A 2A 00
+QByteArray requestForRecord(const QByteArray &request);
+
+/// `reply` (bytes) as a record may keep it: of anything but an answer to a search (third byte 01)
+/// only the first 21 bytes; what modules say behind the subnet mask is not known, so each byte
+/// there is 2A.
+QByteArray replyForRecord(const QByteArray &reply);
+
 } // namespace usr_frame
