@@ -64,9 +64,12 @@ void DeviceLink::begin(std::unique_ptr<SwitchLink> link, const QString &name)
     const SwitchLink::Road road = link->road();
     SwitchLink *const made = link.get();
     connection_ = std::make_unique<Connection>(std::move(link));
+    linkName_ = name;
     connect(connection_.get(), &Connection::unanswered, this, &DeviceLink::unanswered);
     connect(made, &SwitchLink::opened, this, &DeviceLink::opened);
     connect(made, &SwitchLink::failed, this, &DeviceLink::openFailed);
+    connect(made, &SwitchLink::received, this,
+            [this, name, road](const QByteArray &bytes) { Q_EMIT received(name, road, bytes); });
     connect(made, &SwitchLink::received, this,
             road == SwitchLink::Road::Serial ? &DeviceLink::serialReadyRead
                                              : &DeviceLink::socketReadyRead);
@@ -139,8 +142,12 @@ QByteArray DeviceLink::frame(std::string &command)
 
 void DeviceLink::writeDirectly(const QByteArray &bytes)
 {
-    if (SwitchLink *link = connection_->link())
-        link->write(bytes);
+    if (!connection_->isOpen())
+        return;
+    SwitchLink *const link = connection_->link();
+    const SwitchLink::Road road = link->road();
+    link->write(bytes);
+    Q_EMIT written(linkName_, road, bytes);
 }
 
 void DeviceLink::setModule(const QString &address, const QString &name)

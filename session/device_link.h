@@ -110,6 +110,10 @@ Q_SIGNALS:
     /// Something has arrived for the connection to take.
     void serialReadyRead();
     void socketReadyRead();
+    /// Everything that passes on an open link, for a record; `name` is the port's or the module's
+    /// address. What has arrived is told before anybody may take it.
+    void written(const QString &name, SwitchLink::Road road, const QByteArray &bytes);
+    void received(const QString &name, SwitchLink::Road road, const QByteArray &bytes);
     /// An operation threw; `message` is what the log and the user are told.
     void failed(const char *message);
 
@@ -123,6 +127,7 @@ private:
     LinkFactories factories_;
     std::unique_ptr<Connection> connection_ = std::make_unique<Connection>();
     bool sendEnabled = true;
+    QString linkName_; ///< what people call the connection's link
     QString usrAddress;
     QString moduleName_;
 };

@@ -81,6 +81,7 @@ void ModuleSession::read()
 
 void ModuleSession::take(const QNetworkDatagram &datagram)
 {
+    Q_EMIT received(datagram.data());
     if (!isAsking_)
         return;
     cameAnything_ = true;
@@ -118,6 +119,9 @@ bool ModuleSession::bindSocket()
 bool ModuleSession::send(const QString &request)
 {
     const QByteArray bytes = usr_frame::toBytes(request);
-    return socket_.writeDatagram(requestOn(module_.road, network_.modulePort, bytes)) ==
-           bytes.size();
+    const bool hasLeft =
+        socket_.writeDatagram(requestOn(module_.road, network_.modulePort, bytes)) == bytes.size();
+    if (hasLeft)
+        Q_EMIT written(bytes);
+    return hasLeft;
 }

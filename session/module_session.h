@@ -60,6 +60,10 @@ public:
 Q_SIGNALS:
     void loggedIn(const ModuleLoginResult &result);
 
+    /// Everything that passes, for a record that leaves the credentials out.
+    void written(const QByteArray &request);
+    void received(const QByteArray &reply);
+
 private:
     void attempt();
     void read();
