@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <string>
 
 /// The switch's command texts, without the carriage return that the link appends.
@@ -9,6 +10,9 @@
 
 inline constexpr char softResetCommand[] = "//R";
 inline constexpr char factoryResetCommand[] = "//F";
+/// From a reset to the next question, by the road that the question takes.
+inline constexpr std::chrono::milliseconds networkRestAfterReset{1350};
+inline constexpr std::chrono::milliseconds serialRestAfterReset{2500};
 inline constexpr char absoluteMouseCommand[] = "//ks";
 inline constexpr char relativeMouseCommand[] = "//km";
 inline constexpr char cursorRollingOffCommand[] = "//o0";

@@ -62,14 +62,6 @@ std::optional<int> speedOf(std::string_view word)
     return speed && *speed >= slowestSpeed && *speed <= fastestSpeed ? speed : std::nullopt;
 }
 
-bool isName(const QString &name)
-{
-    return !name.isEmpty() && std::all_of(name.cbegin(), name.cend(), [](QChar character) {
-        return character != QChar::ReplacementCharacter && !character.isSpace() &&
-               (character.isPrint() || character.isSurrogate());
-    });
-}
-
 std::optional<MouseMovement> movementOf(std::string_view value, int setting)
 {
     const std::string head = "//MM C" + std::to_string(setting) + " ";
@@ -80,7 +72,7 @@ std::optional<MouseMovement> movementOf(std::string_view value, int setting)
     const std::optional<int> x = speedOf(takeWord(value));
     const std::optional<int> y = speedOf(takeWord(value));
     const QString name = textOf(takeWord(value));
-    if (!x || !y || !isName(name) || !value.empty())
+    if (!x || !y || !isCustomName(name) || !value.empty())
         return std::nullopt;
     return MouseMovement{*x, *y, name};
 }

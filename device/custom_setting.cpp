@@ -150,6 +150,14 @@ QString customSettingProblem(const MovementSetting &values, int setting, const Q
     return {};
 }
 
+bool isCustomName(const QString &name)
+{
+    return !name.isEmpty() && std::all_of(name.cbegin(), name.cend(), [](QChar character) {
+        return character != QChar::ReplacementCharacter && !character.isSpace() &&
+               (character.isPrint() || character.isSurrogate());
+    });
+}
+
 std::string customEntryName(std::string_view value, std::size_t skip)
 {
     std::string name;

@@ -69,6 +69,10 @@ std::string storedCommand(int setting, const MovementSetting &values);
 QString customSettingProblem(const MovementSetting &values, int setting,
                              const QStringList &choices);
 
+/// Whether `name` can be the name of a custom setting that is read again as it was written: not
+/// empty, printable, without a blank.
+bool isCustomName(const QString &name);
+
 /// The name inside `value`: what stands behind its first `skip` bytes, without blanks, tabs and
 /// control characters. Empty when there is no more than that. Example: "100 250 OFFICE" with 8
 /// gives "OFFICE".

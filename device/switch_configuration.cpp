@@ -110,6 +110,28 @@ bool isSameSetting(const SwitchConfiguration &left, const SwitchConfiguration &r
     return settingText(left, key)->compare(*settingText(right, key), cases) == 0;
 }
 
+SwitchConfiguration withChanges(const SwitchConfiguration &now, const SwitchConfiguration &changes)
+{
+    SwitchConfiguration result = now;
+    const auto take = [](auto &known, const auto &change) {
+        if (change)
+            known = change;
+    };
+    take(result.kmControl, changes.kmControl);
+    take(result.usbControl, changes.usbControl);
+    take(result.activePorts, changes.activePorts);
+    take(result.cursorRolling, changes.cursorRolling);
+    take(result.relativeMouse, changes.relativeMouse);
+    take(result.buzzerOn, changes.buzzerOn);
+    for (std::size_t at = 0; at < result.resolutions.size(); ++at)
+        take(result.resolutions.at(at), changes.resolutions.at(at));
+    for (std::size_t at = 0; at < result.custom.size(); ++at)
+        take(result.custom.at(at), changes.custom.at(at));
+    take(result.layout, changes.layout);
+    take(result.hotkeyTrigger, changes.hotkeyTrigger);
+    return result;
+}
+
 std::vector<SettingDifference> differences(const SwitchConfiguration &from,
                                            const SwitchConfiguration &to)
 {

@@ -59,6 +59,9 @@ QString layoutText(const DisplayLayout &layout);
 bool isSameSetting(const SwitchConfiguration &left, const SwitchConfiguration &right,
                    SettingKey key);
 
+/// `now` with everything that `changes` knows in its place.
+SwitchConfiguration withChanges(const SwitchConfiguration &now, const SwitchConfiguration &changes);
+
 /// A setting that is to be another.
 struct SettingDifference
 {

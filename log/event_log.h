@@ -20,9 +20,7 @@ int openLog();
 
 /// Writes one line with `message` (UTF-8 bytes, no line end). Lost when the log is closed.
 ///
-/// Whatever the message holds, it stays one line: control characters are written as `\n`, `\r`,
-/// `\t` or `\x1b`, the controls and separators beyond ASCII as `\u0085` or `\u2028`, and bytes that
-/// are no UTF-8 as `\xff`. A backslash stands for itself.
+/// Whatever the message holds, it stays one line, as asOneLine (log/one_line.h) makes it.
 void writeLog(const std::string &message);
 
 /// Writes the stop marker and closes the file.

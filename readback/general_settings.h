@@ -1,5 +1,7 @@
 #pragma once
 
+#include "device/command.h"
+
 #include <chrono>
 #include <string>
 
@@ -19,8 +21,8 @@ class GeneralSettings
 public:
     struct Timing
     {
-        std::chrono::milliseconds networkReadAfterReset{1350};
-        std::chrono::milliseconds serialReadAfterReset{2500};
+        std::chrono::milliseconds networkReadAfterReset = networkRestAfterReset;
+        std::chrono::milliseconds serialReadAfterReset = serialRestAfterReset;
     };
 
     struct Widgets
