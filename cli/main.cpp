@@ -1,0 +1,70 @@
+#include "cli/arguments.h"
+#include "cli/completion.h"
+#include "cli/interrupts.h"
+#include "cli/program.h"
+
+#include <QCoreApplication>
+#include <csignal>
+#include <iostream>
+
+namespace {
+int statusOf(ExitStatus status)
+{
+    return static_cast<int>(status);
+}
+
+int run(const Options &options)
+{
+    Output output(stdout);
+    Output errors(stderr);
+    Printer printer(options.json ? Printer::Form::Json : Printer::Form::People, output, errors);
+    int status = 0;
+    Program program(options, printer);
+    const Interrupts interrupts;
+    QObject::connect(&interrupts, &Interrupts::interrupted, &program, &Program::interrupt);
+    QObject::connect(&program, &Program::finished, &program, [&status](ExitStatus ended) {
+        status = statusOf(ended);
+        QCoreApplication::exit(status);
+    });
+    // From within the event loop, which the program's end ends.
+    QMetaObject::invokeMethod(
+        &program,
+        [&] {
+            try {
+                program.start();
+            } catch (const UsageError &error) {
+                for (const QString &line : error.lines())
+                    printer.complain(line);
+                QCoreApplication::exit(statusOf(ExitStatus::Usage));
+            }
+        },
+        Qt::QueuedConnection);
+    status = QCoreApplication::exec();
+    if (output.problem().isEmpty())
+        return status;
+    printer.complain(QStringLiteral("standard output cannot be written: ") + output.problem());
+    return std::max(status, statusOf(ExitStatus::Usage));
+}
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("peloractl"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(PELORA_VERSION));
+#ifdef SIGPIPE
+    // Whoever reads may go, as head does; what is under way with a switch is done to its end.
+    std::signal(SIGPIPE, SIG_IGN);
+#endif
+    const auto asked = readArguments(QCoreApplication::arguments());
+    if (const auto *early = std::get_if<EarlyEnd>(&asked)) {
+        (early->status == 0 ? std::cout : std::cerr) << early->text << std::flush;
+        return early->status;
+    }
+    const auto &options = std::get<Options>(asked);
+    if (options.command == Options::Command::Completion) {
+        std::cout << completionFor(options.shell) << std::flush;
+        return 0;
+    }
+    return run(options);
+}
