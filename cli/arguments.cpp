@@ -125,9 +125,12 @@ void addModule(CLI::App &app, Options &options)
         ->type_name("FILE");
 }
 
-/// What is wrong, in one line.
-std::string firstLine(const CLI::ParseError &error)
+/// What is wrong, in one line. `app` has been parsed as far as that came.
+std::string mistake(const CLI::ParseError &error, const CLI::App &app)
 {
+    const std::vector<std::string> unknown = app.remaining(true);
+    if (dynamic_cast<const CLI::RequiredError *>(&error) != nullptr && !unknown.empty())
+        return "there is no command or option \"" + unknown.front() + "\"";
     const std::string text = error.what();
     return text.substr(0, text.find('\n'));
 }
@@ -180,7 +183,7 @@ std::variant<Options, EarlyEnd> readArguments(const QStringList &arguments)
         app->parse(words);
     } catch (const CLI::ParseError &error) {
         if (error.get_exit_code() != static_cast<int>(CLI::ExitCodes::Success))
-            return EarlyEnd{"peloractl: " + firstLine(error) + "; see peloractl --help\n",
+            return EarlyEnd{"peloractl: " + mistake(error, *app) + "; see peloractl --help\n",
                             mistakeStatus};
         std::ostringstream text;
         app->exit(error, text, text);

@@ -1,11 +1,6 @@
 #include "cli/configuration_json.h"
 
 namespace {
-QString jsonName(QString key)
-{
-    return key.replace(QLatin1Char('-'), QLatin1Char('_'));
-}
-
 template <typename Value>
 QJsonValue valueOf(const std::optional<Value> &known)
 {
@@ -33,6 +28,11 @@ QJsonValue customJson(const SwitchConfiguration &configuration, int number)
                        {QStringLiteral("name"), custom->name}};
 }
 } // namespace
+
+QString jsonName(QString key)
+{
+    return key.replace(QLatin1Char('-'), QLatin1Char('_'));
+}
 
 QJsonValue settingJson(const SwitchConfiguration &configuration, SettingKey key)
 {

@@ -13,6 +13,9 @@
 /// "relative", the layout a text such as "12../34../..../....", a resolution {"number", "name"}, a
 /// custom setting {"x", "y", "name"}. What is not known is null.
 
+/// `key` as it stands in JSON: "km-control" is "km_control".
+QString jsonName(QString key);
+
 /// The value of one setting. A resolution's name is null where it has none.
 QJsonValue settingJson(const SwitchConfiguration &configuration, SettingKey key);
 

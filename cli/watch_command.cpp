@@ -1,4 +1,5 @@
 #include "cli/commands.h"
+#include "cli/configuration_json.h"
 #include "cli/switch_task.h"
 #include "device/read_back_commands.h"
 #include "device/switch_news.h"
@@ -70,7 +71,7 @@ private:
         const QString time = QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs);
         Q_EMIT happened({event, value.toVariant().toString()},
                         QJsonObject{{QStringLiteral("time"), time},
-                                    {QStringLiteral("event"), event},
+                                    {QStringLiteral("event"), jsonName(event)},
                                     {QStringLiteral("value"), value}});
     }
 

@@ -44,14 +44,22 @@ SettingsFileText readSettingsFile(const QString &path)
 
 QString writeSettingsFile(QSaveFile &output, const std::string &text)
 {
-    if (!output.open(QIODevice::WriteOnly))
+    // A device or a pipe would be replaced by a file of its name.
+    const QFileInfo present(output.fileName());
+    if (present.exists() && !present.isFile())
+        return QStringLiteral("it is not a file");
+    if (!output.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return output.errorString();
+    // Piece by piece: a disk that fills up takes a part and says why only when it takes no more.
     const auto size = static_cast<qint64>(text.size());
-    // Flushed here: finishing alone may succeed after what was buffered could not be written.
-    if (output.write(text.data(), size) != size || !output.flush()) {
-        const QString problem = output.errorString();
-        output.cancelWriting();
-        return problem;
+    for (qint64 written = 0; written < size;) {
+        const qint64 taken = output.write(text.data() + written, size - written);
+        if (taken <= 0) {
+            const QString problem = output.errorString();
+            output.cancelWriting();
+            return problem;
+        }
+        written += taken;
     }
     return {};
 }

@@ -1,0 +1,374 @@
+#include "desk.h"
+
+#include <QJsonArray>
+#include <QTest>
+#include <csignal>
+
+namespace {
+const QByteArray wholeConfiguration = "km-control      2\n"
+                                      "usb-control     3\n"
+                                      "active-ports    3\n"
+                                      "cursor-rolling  on\n"
+                                      "buzzer          on\n"
+                                      "mouse-mode      relative\n"
+                                      "resolution.1    1080p\n"
+                                      "resolution.2    OFFICE\n"
+                                      "resolution.3    2K\n"
+                                      "resolution.4    LAB\n"
+                                      "custom.1        100 250 OFFICE\n"
+                                      "custom.2        120 80 DESK\n"
+                                      "custom.3        1 500 HOME\n"
+                                      "custom.4        300 300 LAB\n"
+                                      "layout          . . . .\n"
+                                      "                1 2 . .\n"
+                                      "                . 3 . .\n"
+                                      "                . 4 . .\n"
+                                      "hotkey          Scroll Lock\n";
+const QString impatient = QStringLiteral("--timeout 300 --retries 1 ");
+} // namespace
+
+/// peloractl get and watch, by what the switch does.
+class CtlReadingTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theWholeConfigurationIsShown()
+    {
+        const Desk desk;
+        const CtlRun run = ctl(desk.option() + QStringLiteral("get"));
+        QCOMPARE(run.output, wholeConfiguration);
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.status, 0);
+    }
+
+    void someKeysAreShown()
+    {
+        const Desk desk;
+        const CtlRun run = ctl(desk.option() + QStringLiteral("get resolution.2 km_control"));
+        QCOMPARE(run.output, QByteArray("resolution.2  OFFICE\nkm-control    2\n"));
+    }
+
+    void jsonTellsAllOfIt()
+    {
+        const Desk desk;
+        const QJsonObject object = ctl(desk.option() + QStringLiteral("get --json")).object();
+        QCOMPARE(object.keys(),
+                 (QStringList{QStringLiteral("configuration"), QStringLiteral("device"),
+                              QStringLiteral("name"), QStringLiteral("ok")}));
+        const QJsonObject configuration = object.value(QStringLiteral("configuration")).toObject();
+        QCOMPARE(configuration.value(QStringLiteral("km_control")), QJsonValue(2));
+        QCOMPARE(configuration.value(QStringLiteral("usb_control")), QJsonValue(3));
+        QCOMPARE(configuration.value(QStringLiteral("active_ports")), QJsonValue(3));
+        QCOMPARE(configuration.value(QStringLiteral("cursor_rolling")), QJsonValue(true));
+        QCOMPARE(configuration.value(QStringLiteral("buzzer")), QJsonValue(true));
+        QCOMPARE(configuration.value(QStringLiteral("mouse_mode")),
+                 QJsonValue(QStringLiteral("relative")));
+        QCOMPARE(configuration.value(QStringLiteral("layout")),
+                 QJsonValue(QStringLiteral("..../12../.3../.4..")));
+        QCOMPARE(configuration.value(QStringLiteral("hotkey")),
+                 QJsonValue(QStringLiteral("Scroll Lock")));
+        const QJsonArray resolutions = configuration.value(QStringLiteral("resolution")).toArray();
+        QCOMPARE(resolutions.size(), 4);
+        QCOMPARE(resolutions.at(1).toObject(),
+                 (QJsonObject{{QStringLiteral("number"), 10},
+                              {QStringLiteral("name"), QStringLiteral("OFFICE")}}));
+        const QJsonArray custom = configuration.value(QStringLiteral("custom")).toArray();
+        QCOMPARE(custom.at(2).toObject(),
+                 (QJsonObject{{QStringLiteral("x"), 1},
+                              {QStringLiteral("y"), 500},
+                              {QStringLiteral("name"), QStringLiteral("HOME")}}));
+    }
+
+    void aKeyThatTheSwitchDoesNotTellIsAQuestionMark()
+    {
+        Desk desk;
+        desk.replace("//rl\r", "Buzzer: on\n", "");
+        desk.replace("//rl\r", "C3\t001 500 HOME", "C3\t001 500");
+        const CtlRun run =
+            ctl(impatient + desk.option() + QStringLiteral("get buzzer custom.3 km-control"));
+        QCOMPARE(run.output, QByteArray("buzzer      ?\ncustom.3    ?\nkm-control  2\n"));
+        QVERIFY(run.errors.contains("the switch did not tell buzzer, custom.3"));
+        QCOMPARE(run.status, 4);
+
+        const QJsonObject object =
+            ctl(impatient + desk.option() + QStringLiteral("--json get buzzer km-control"))
+                .object();
+        QCOMPARE(object.value(QStringLiteral("ok")), QJsonValue(false));
+        const QJsonObject known = object.value(QStringLiteral("configuration")).toObject();
+        QVERIFY(known.contains(QStringLiteral("buzzer")));
+        QVERIFY(known.value(QStringLiteral("buzzer")).isNull());
+        QCOMPARE(known.value(QStringLiteral("km_control")), QJsonValue(2));
+        QCOMPARE(object.value(QStringLiteral("error")).toObject().value(QStringLiteral("kind")),
+                 QJsonValue(QStringLiteral("not-understood")));
+    }
+
+    void aKeyThatNobodyAsksForMayBeMissing()
+    {
+        Desk desk;
+        desk.replace("//rl\r", "Buzzer: on\n", "");
+        const CtlRun run = ctl(impatient + desk.option() + QStringLiteral("get km-control"));
+        QCOMPARE(run.output, QByteArray("km-control  2\n"));
+        QCOMPARE(run.status, 0);
+    }
+
+    void aCellOutsideOfTheGridIsNoLayout()
+    {
+        Desk desk;
+        desk.replace("//BP\r", "FF04B14", "FF04B17");
+        const CtlRun run = ctl(impatient + desk.option() + QStringLiteral("get layout"));
+        QCOMPARE(run.output, QByteArray("layout  ?\n"));
+        QCOMPARE(run.status, 4);
+    }
+
+    void aSilentSwitchIsToldOf()
+    {
+        Desk desk;
+        desk.answers.clear();
+        const CtlRun run = ctl(impatient + desk.option() + QStringLiteral("get"));
+        QVERIFY(run.errors.contains("no answer from the switch"));
+        QCOMPARE(run.errors.count('\n'), 1);
+        QCOMPARE(run.status, 3);
+        QCOMPARE(desk.commands().size(), 6); // two attempts of three questions
+    }
+
+    void aSwitchThatTalksNonsenseIsToldOf()
+    {
+        Desk desk;
+        for (QByteArrayList &answer : desk.answers)
+            answer = {"\x1b[2Jwhat?\n"};
+        const CtlRun run = ctl(impatient + desk.option() + QStringLiteral("get"));
+        QCOMPARE(run.status, 4);
+        QVERIFY(run.errors.contains("the answer cannot be understood"));
+        QVERIFY(!run.errors.contains('\x1b'));
+    }
+
+    void noDeviceSendsAnEscapeSequenceToTheTerminal()
+    {
+        Desk desk;
+        desk.replace("//??\r", "Scroll Lock", "\x1b]0;owned\x07");
+        const CtlRun run = ctl(impatient + desk.option() + QStringLiteral("get"));
+        QVERIFY(!run.output.contains('\x1b'));
+        QVERIFY(!run.errors.contains('\x1b'));
+        QVERIFY(
+            !ctl(impatient + desk.option() + QStringLiteral("get --json")).output.contains('\x1b'));
+    }
+
+    void anAnswerInPiecesIsOne()
+    {
+        Desk desk;
+        desk.answers["//rl\r"] = {QByteArray(exampleListing).left(20),
+                                  QByteArray(exampleListing).mid(20)};
+        QCOMPARE(ctl(desk.option() + QStringLiteral("get")).output, wholeConfiguration);
+    }
+
+    void anAnswerThatComesTwiceIsOne()
+    {
+        Desk desk;
+        for (QByteArrayList &answer : desk.answers)
+            answer.append(QByteArray(answer.first()));
+        QCOMPARE(ctl(desk.option() + QStringLiteral("get")).output, wholeConfiguration);
+    }
+
+    void anAnswerWithNoiseIsUnderstood_data()
+    {
+        QTest::addColumn<QStringList>("faults");
+        QTest::newRow("one byte at a time")
+            << QStringList{QStringLiteral("chunks=1"), QStringLiteral("gap=1")};
+        QTest::newRow("garbage") << QStringList{QStringLiteral("garbage")};
+        QTest::newRow("CR LF") << QStringList{QStringLiteral("crlf")};
+        QTest::newRow("colon") << QStringList{QStringLiteral("usb-colon")};
+        QTest::newRow("blanks") << QStringList{QStringLiteral("blank-padding")};
+        QTest::newRow("late") << QStringList{QStringLiteral("delay=200")};
+        QTest::newRow("much text") << QStringList{QStringLiteral("oversize=3000")};
+    }
+
+    void anAnswerWithNoiseIsUnderstood()
+    {
+        QFETCH(QStringList, faults);
+        const QTemporaryDir folder;
+        const QString link = folder.filePath(QStringLiteral("switch"));
+        QStringList arguments = {QStringLiteral("serial"), QStringLiteral("--link"), link};
+        for (const QString &fault : std::as_const(faults))
+            arguments += {QStringLiteral("--fault"), fault};
+        SimulatorProcess simulator;
+        QVERIFY(!simulator.start(arguments).isEmpty());
+        const CtlRun run = ctl(QStringLiteral("get layout usb-control custom.4 hotkey"),
+                               {QStringLiteral("-d"), QStringLiteral("serial:") + link});
+        QCOMPARE(run.output, QByteArray("layout       1 2 3 4\n"
+                                        "             . . . .\n"
+                                        "             . . . .\n"
+                                        "             . . . .\n"
+                                        "usb-control  1\n"
+                                        "custom.4     100 100 CUSTOM4\n"
+                                        "hotkey       Left Ctrl\n"));
+        QCOMPARE(run.status, 0);
+    }
+
+    void anAnswerThatComesAfterTheFirstAttemptCounts()
+    {
+        Desk desk;
+        desk.answers.clear();
+        CtlProcess process;
+        process.start((desk.option() + QStringLiteral("--timeout 500 --retries 2 get km-control"))
+                          .split(QLatin1Char(' '), Qt::SkipEmptyParts));
+        QTRY_COMPARE(desk.commands().size(), 6); // the first attempt has been given up
+        desk.say(QByteArray::fromStdString(exampleAnswer()));
+        const CtlRun run = process.wait();
+        QCOMPARE(run.output, QByteArray("km-control  2\n"));
+        QCOMPARE(run.status, 0);
+    }
+
+    void aPortThatIsNotThereIsToldOf()
+    {
+        const CtlRun run = ctl(QStringLiteral("-d serial:/nowhere/switch get"));
+        QVERIFY(
+            run.errors.contains("/nowhere/switch could not be opened: No such file or directory"));
+        QCOMPARE(run.status, 3);
+    }
+
+    void withoutADeviceNothingIsDone()
+    {
+        const CtlRun run = ctl(QStringLiteral("get"));
+        QCOMPARE(run.status, 2);
+        QVERIFY(run.errors.contains("give --device, --devices or set PELORA_DEVICE"));
+    }
+
+    void theEnvironmentNamesADevice()
+    {
+        const Desk desk;
+        CtlProcess process;
+        QProcessEnvironment environment = process.process.processEnvironment();
+        environment.insert(QStringLiteral("PELORA_DEVICE"),
+                           QStringLiteral("udp:127.0.0.1:%1").arg(desk.port()));
+        process.process.setProcessEnvironment(environment);
+        process.start({QStringLiteral("get"), QStringLiteral("buzzer")});
+        QCOMPARE(process.wait().output, QByteArray("buzzer  on\n"));
+    }
+
+    void anUnknownKeyIsNamedWithThoseThatThereAre()
+    {
+        const Desk desk;
+        const CtlRun run = ctl(desk.option() + QStringLiteral("get volume"));
+        QCOMPARE(run.status, 2);
+        QVERIFY(run.errors.contains("there is no setting \"volume\"; there are km-control, "));
+        QVERIFY(desk.commands().isEmpty());
+    }
+
+    void outputThatCannotBeWrittenIsToldOf()
+    {
+        const Desk desk;
+        CtlProcess process;
+        process.process.setStandardOutputFile(QStringLiteral("/dev/full"));
+        process.start(
+            (desk.option() + QStringLiteral("get")).split(QLatin1Char(' '), Qt::SkipEmptyParts));
+        const CtlRun run = process.wait();
+        QCOMPARE(run.status, 2);
+        QCOMPARE(
+            run.errors,
+            QByteArray("peloractl: standard output cannot be written: No space left on device\n"));
+    }
+
+    void outputThatIsClosedEarlyHarmsNothing()
+    {
+        const Desk desk;
+        CtlProcess process;
+        process.start((desk.option() + QStringLiteral("set km-control=2"))
+                          .split(QLatin1Char(' '), Qt::SkipEmptyParts));
+        process.process.closeReadChannel(QProcess::StandardOutput);
+        const CtlRun run = process.wait();
+        QCOMPARE(run.status, 0);
+        QCOMPARE(run.errors, QByteArray());
+    }
+
+    void whatTheSwitchSaysIsShownAsItSaysIt()
+    {
+        Desk desk;
+        CtlProcess process;
+        process.start(
+            (desk.option() + QStringLiteral("watch")).split(QLatin1Char(' '), Qt::SkipEmptyParts));
+        QVERIFY(process.hasSaid("usb-control 3\n"));
+        QCOMPARE(desk.commands(), QByteArrayList{"//??\r"});
+        desk.say("**C4\nBeep on\n**M1\r\n");
+        QVERIFY(process.hasSaid("usb-control 1\n"));
+        desk.say("no end of \x1b[2J");
+        QVERIFY(process.hasSaid("text no end of \\x1b[2J\n"));
+        ::kill(static_cast<pid_t>(process.process.processId()), SIGINT);
+        const CtlRun run = process.wait();
+        QCOMPARE(run.status, 130);
+        QCOMPARE(run.output, QByteArray("text Current Hotkey Trigger: Scroll Lock\n"
+                                        "km-control 2\n"
+                                        "usb-control 3\n"
+                                        "km-control 4\n"
+                                        "text Beep on\n"
+                                        "km-control 1\n"
+                                        "usb-control 1\n"
+                                        "text no end of \\x1b[2J\n"));
+    }
+
+    void aLineThatIsCutInTwoIsOneEvent()
+    {
+        Desk desk;
+        CtlProcess process;
+        process.start((desk.option() + QStringLiteral("--json watch"))
+                          .split(QLatin1Char(' '), Qt::SkipEmptyParts));
+        QVERIFY(process.hasSaid("usb_control"));
+        desk.say("Current KM Con");
+        desk.say("trol: 1\n");
+        QVERIFY(process.hasSaid("\"value\":1"));
+        ::kill(static_cast<pid_t>(process.process.processId()), SIGINT);
+        CtlRun run = process.wait();
+        QCOMPARE(run.status, 130);
+        const QList<QJsonObject> events = run.objects();
+        QCOMPARE(events.size(), 5); // three of the status, this one, and how it ended
+        QCOMPARE(events.at(3).value(QStringLiteral("event")),
+                 QJsonValue(QStringLiteral("km_control")));
+        QVERIFY(events.at(3).value(QStringLiteral("time")).toString().endsWith(QLatin1Char('Z')));
+        QCOMPARE(events.at(4).value(QStringLiteral("ok")), QJsonValue(false));
+    }
+
+    void aCableThatIsPulledEndsTheWatch()
+    {
+        const QTemporaryDir folder;
+        const QString link = folder.filePath(QStringLiteral("switch"));
+        SimulatorProcess simulator;
+        QVERIFY(!simulator
+                     .start({QStringLiteral("serial"), QStringLiteral("--console"),
+                             QStringLiteral("--link"), link})
+                     .isEmpty());
+        CtlProcess process;
+        process.start(
+            {QStringLiteral("-d"), QStringLiteral("serial:") + link, QStringLiteral("watch")});
+        QVERIFY(process.hasSaid("usb-control 1\n"));
+        simulator.type("unplug");
+        const CtlRun run = process.wait();
+        QCOMPARE(run.status, 3);
+        QVERIFY2(run.errors.contains("the connection was lost"), run.errors.constData());
+    }
+
+    void whatPassesIsRecorded()
+    {
+        const Desk desk;
+        const QTemporaryDir folder;
+        const QString file = folder.filePath(QStringLiteral("record.jsonl"));
+        QCOMPARE(ctl(desk.option() + QStringLiteral("get --record"), {file}).status, 0);
+        QFile record(file);
+        QVERIFY(record.open(QIODevice::ReadOnly));
+        const QByteArray text = record.readAll();
+        QVERIFY(text.startsWith("{\"bytes\":\"2f2f726c0d\",\"direction\":\"sent\""));
+        QVERIFY(text.contains("\"text\":\"Current Hotkey Trigger: Scroll Lock\\n"));
+        QCOMPARE(text.count('\n'), 6);
+    }
+
+    void aRecordThatCannotBeWrittenStopsItBeforeAnythingIsSent()
+    {
+        const Desk desk;
+        const CtlRun run = ctl(desk.option() + QStringLiteral("get --record /nowhere/r.jsonl"));
+        QCOMPARE(run.status, 2);
+        QVERIFY(run.errors.contains("the record /nowhere/r.jsonl cannot be written"));
+        QVERIFY(desk.commands().isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(CtlReadingTest)
+#include "tst_ctl_reading.moc"
