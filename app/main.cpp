@@ -1,13 +1,38 @@
+#include "app/command_line.h"
 #include "app/main_window.h"
 #include "log/window_dress.h"
+#include "session/link_recorder.h"
 
 #include <QApplication>
+#include <iostream>
+
+namespace {
+int endEarly(const EarlyEnd &end)
+{
+    (end.status == 0 ? std::cout : std::cerr) << end.text.toStdString() << std::flush;
+    return end.status;
+}
+} // namespace
 
 int main(int argc, char *argv[])
 {
+    const auto asked = readCommandLine(argc, argv);
+    if (const auto *early = std::get_if<EarlyEnd>(&asked))
+        return endEarly(*early);
+    const QString recordFile = std::get<CommandLine>(asked).recordFile;
+    std::unique_ptr<LinkRecorder> recorder;
+    if (!recordFile.isEmpty()) {
+        recorder = std::make_unique<LinkRecorder>(recordFile);
+        if (!recorder->problem().isEmpty())
+            return endEarly(mistake(QStringLiteral("cannot write the record %1: %2")
+                                        .arg(recordFile, recorder->problem())));
+    }
+
     QApplication application(argc, argv);
     useLightPalette();
-    KM_Configuration_Tool_Norvik window;
+    WindowSettings settings;
+    settings.recorder = recorder.get();
+    KM_Configuration_Tool_Norvik window(nullptr, settings);
     window.show();
     return QApplication::exec();
 }

@@ -84,6 +84,13 @@ constexpr QSize windowSize(1305, 693);
 constexpr QSize refreshIconSize(25, 25);
 
 enum Page { configurationPage, mousePage, layoutPage };
+
+ConnectionWizard::Settings wizardSettings(const WindowSettings &settings)
+{
+    ConnectionWizard::Settings ofWizard = settings.wizard;
+    ofWizard.network.recorder = settings.recorder;
+    return ofWizard;
+}
 } // namespace
 
 KM_Configuration_Tool_Norvik::KM_Configuration_Tool_Norvik(
@@ -102,7 +109,7 @@ KM_Configuration_Tool_Norvik::KM_Configuration_Tool_Norvik(
               {ui_->comboBox_SelectPort,
                {ui_->comboBox_SelectPort, ui_->label_Select_port},
                {ui_->label_current_Ip, ui_->label_name_of_USR, ui_->pushButton_Admin_Settings}},
-              connectionMethodDialog, link_, controls_, exchange_, settings.wizard),
+              connectionMethodDialog, link_, controls_, exchange_, wizardSettings(settings)),
       mouse_(*this, mouseWidgets(*ui_), link_, controls_, settings.mouse), grid_(*ui_->tableWidget),
       layout_(grid_, link_, *ui_->comboBox_Select_active_port),
       generalSettings_(*this, generalWidgets(*ui_), link_, controls_, grid_,
@@ -130,6 +137,8 @@ KM_Configuration_Tool_Norvik::KM_Configuration_Tool_Norvik(
     ui_->tableWidget->setEditTriggers(QAbstractItemView::NoEditTriggers);
     grid_.showInitialLayout();
     connectSubsystems();
+    if (settings.recorder != nullptr)
+        recordTo(*settings.recorder);
     link_.setSendEnabled(true);
     controls_.setHandlersArmed(false);
     on_pushButton_Connection_Settings_clicked();
@@ -151,6 +160,18 @@ void KM_Configuration_Tool_Norvik::connectSubsystems()
     connect(&panel_, &ConnectionPanel::readBackWanted, this,
             &KM_Configuration_Tool_Norvik::refresh_UI);
     connect(&link_, &DeviceLink::began, this, [this] { mouse_.startOver(); });
+}
+
+void KM_Configuration_Tool_Norvik::recordTo(LinkRecorder &recorder)
+{
+    record(link_, recorder);
+    // Queued: the notice waits for the user, and something may be in the middle of a write.
+    const auto tell = [](const QString &reason) {
+        const QString text = QStringLiteral("The record has ended: ") + reason;
+        writeLog(text.toStdString());
+        showNoticeModal(text, QMessageBox::Warning);
+    };
+    connect(&recorder, &LinkRecorder::failed, this, tell, Qt::QueuedConnection);
 }
 
 void KM_Configuration_Tool_Norvik::send_initial_command()

@@ -15,6 +15,7 @@
 #include "readback/reply_application.h"
 #include "session/device_link.h"
 #include "session/initial_exchange.h"
+#include "session/link_recorder.h"
 #include "settingsfile/settings_file.h"
 #include "settingsfile/settings_file_handler.h"
 
@@ -38,6 +39,7 @@ struct WindowSettings
     GeneralSettings::Timing generalSettings;
     MouseSettings::Timing mouse;
     SettingsFile::Timing settingsFile;
+    LinkRecorder *recorder = nullptr; ///< keeps what passes; must outlive the window
 };
 
 /// The main window: owns the form and one object per subsystem. Its slots are doors that hand over
@@ -97,6 +99,7 @@ public Q_SLOTS:
 
 private:
     void connectSubsystems();
+    void recordTo(LinkRecorder &recorder);
 
     std::string kmType = "orca"; ///< key of the switch's model
 

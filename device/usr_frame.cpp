@@ -71,7 +71,7 @@ void hide(QByteArray &frame, qsizetype offset, qsizetype size)
 /// ASCII overflows.
 bool isUsualLogin(const QByteArray &request)
 {
-    const QByteArray credentials = request.mid(usernameAt, 2 * credentialSize);
+    const QByteArray credentials = request.mid(usernameAt, qsizetype{2} * credentialSize);
     return request.size() == loginSize &&
            std::all_of(credentials.cbegin(), credentials.cend(),
                        [](char byte) { return static_cast<quint8>(byte) < 0x80; });

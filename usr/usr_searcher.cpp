@@ -228,6 +228,7 @@ void USR_searcher::keepNextDatagram()
     if (size < 0)
         return;
     datagram.truncate(size);
+    note(LinkRecorder::Direction::Received, sender.toString(), datagram);
     senders.append(sender);
     replies.append(usr_frame::toHexText(datagram));
 }
@@ -248,9 +249,12 @@ void USR_searcher::attemptLogin()
     lastReply.clear();
     QByteArray buffer(std::max<qint64>(configSocket.pendingDatagramSize(), 0), '\0');
     for (int i = 0; i < burst && configSocket.hasPendingDatagrams(); ++i) {
-        const qint64 size = configSocket.readDatagram(buffer.data(), buffer.size());
-        if (size > 0)
-            lastReply += usr_frame::toHexText(buffer.left(size)).toStdString();
+        QHostAddress sender;
+        const qint64 size = configSocket.readDatagram(buffer.data(), buffer.size(), &sender);
+        if (size <= 0)
+            continue;
+        note(LinkRecorder::Direction::Received, sender.toString(), buffer.left(size));
+        lastReply += usr_frame::toHexText(buffer.left(size)).toStdString();
     }
     leaveConfigSocket();
 }
@@ -271,7 +275,17 @@ void USR_searcher::leaveConfigSocket()
 
 void USR_searcher::send(QUdpSocket &socket, const QString &request)
 {
-    socket.writeDatagram(usr_frame::toBytes(request), network_.broadcast, network_.modulePort);
+    const QByteArray frame = usr_frame::toBytes(request);
+    socket.writeDatagram(frame, network_.broadcast, network_.modulePort);
+    note(LinkRecorder::Direction::Sent, &socket == this ? network_.broadcast.toString() : targetIP,
+         frame);
+}
+
+void USR_searcher::note(LinkRecorder::Direction direction, const QString &address,
+                        const QByteArray &frame)
+{
+    if (network_.recorder != nullptr)
+        network_.recorder->note(direction, address, LinkRecorder::Road::Module, frame);
 }
 
 QString USR_searcher::readField(const char *failure, QString (*field)(const QString &reply))

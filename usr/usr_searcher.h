@@ -1,5 +1,7 @@
 #pragma once
 
+#include "session/link_recorder.h"
+
 #include <QHostAddress>
 #include <QList>
 #include <QString>
@@ -16,6 +18,7 @@ struct UsrNetwork
     quint16 modulePort = 1901;                        ///< where modules listen
     std::chrono::milliseconds afterBroadcast{500};    ///< rest after a search or login request
     std::chrono::milliseconds collection{1000};       ///< how long answers to a search are taken
+    LinkRecorder *recorder = nullptr;                 ///< keeps what passes; nobody does with null
 };
 
 /// Speaks the network module's management protocol: finds modules, reads a module's configuration
@@ -25,7 +28,8 @@ struct UsrNetwork
 /// blocks the calling thread, which is the GUI thread, under the wait cursor; no events are handled
 /// meanwhile. A search takes 1.5 s, and every other operation begins with one. Failures are
 /// reported in the event log and in a notice and come back as -1 or "-1"; nothing throws.
-/// Credentials appear in the requests and nowhere else.
+/// Credentials appear in the requests and nowhere else. A record names the module that is spoken
+/// to, or the address that a search goes to.
 class USR_searcher : public QUdpSocket
 {
     Q_OBJECT
@@ -92,6 +96,7 @@ private:
     void bindConfigSocket();
     void leaveConfigSocket();
     void send(QUdpSocket &socket, const QString &request);
+    void note(LinkRecorder::Direction direction, const QString &address, const QByteArray &frame);
     QString readField(const char *failure, QString (*field)(const QString &reply));
 
     QList<QString> replies;
