@@ -1,6 +1,7 @@
 #include "simulator/options.h"
 #include "simulator/output.h"
 #include "simulator/quit_signals.h"
+#include "simulator/replay.h"
 #include "simulator/simulation.h"
 #ifdef Q_OS_UNIX
 #include "simulator/console.h"
@@ -15,6 +16,7 @@
 namespace {
 
 constexpr int failureStatus = 1;
+constexpr int mistakeStatus = 2;
 
 #ifdef Q_OS_UNIX
 void obeyConsoleLine(Console &console, const QString &line)
@@ -45,8 +47,27 @@ std::unique_ptr<StdinLines> watchStdin(const Options &options, Console &console)
 }
 #endif
 
+int replay(const Options &options)
+{
+    Replay replay(*options.replay, options.verbose);
+    const QuitSignals signals;
+    QObject::connect(&signals, &QuitSignals::raised, &signals, [] { QCoreApplication::quit(); });
+    replay.start();
+#ifdef Q_OS_UNIX
+    std::unique_ptr<StdinLines> lines;
+    if (options.untilStdinCloses) {
+        lines = std::make_unique<StdinLines>();
+        QObject::connect(lines.get(), &StdinLines::closed, lines.get(),
+                         [] { QCoreApplication::quit(); });
+    }
+#endif
+    return QCoreApplication::exec();
+}
+
 int run(const Options &options)
 {
+    if (options.replay)
+        return replay(options);
     Simulation simulation(options);
     QObject::connect(&simulation, &Simulation::failed, &simulation, [](const QString &reason) {
         reportLine("pelora-simulator: " + reason.toStdString());
@@ -80,6 +101,9 @@ int main(int argc, char **argv)
     }
     try {
         return run(std::get<Options>(asked));
+    } catch (const BadRecording &error) {
+        reportLine(std::string("pelora-simulator: ") + error.what());
+        return mistakeStatus;
     } catch (const std::exception &error) {
         reportLine(std::string("pelora-simulator: ") + error.what());
         return failureStatus;

@@ -44,12 +44,13 @@ struct Vocabulary
                "MS");
 
     QCommandLineOption link =
-        option("link", "serial: put a symbolic link to the virtual port at PATH.", "PATH");
+        option("link", "serial, replay: put a symbolic link to the virtual port at PATH.", "PATH");
     QCommandLineOption port = option(
         "port", "serial: speak on the real serial port NAME (115200 8N1) instead of a virtual one.",
         "NAME");
-    QCommandLineOption noPacing = option(
-        "no-pacing", "serial: send as fast as the virtual port is read, not at 115200 baud.");
+    QCommandLineOption noPacing =
+        option("no-pacing", "serial: send as fast as the virtual port is read, not at 115200 baud; "
+                            "replay: without the recorded waits.");
 
     QCommandLineOption address = option(
         "address", "module: its IPv4 address; given again for the next module. Default: 127.0.0.1",
@@ -61,8 +62,10 @@ struct Vocabulary
     QCommandLineOption dhcp = option("dhcp", "module: begins with DHCP instead of static.");
     QCommandLineOption mac =
         option("mac", "module: its MAC address. Default: 02:00:00:00:00:01", "MAC");
-    QCommandLineOption name =
-        option("name", "module: its name, at most 16 bytes. Default: PELORA-SIM", "NAME");
+    QCommandLineOption name = option(
+        "name",
+        "module: its name, at most 16 bytes (default: PELORA-SIM); replay: the recorded device.",
+        "NAME");
     QCommandLineOption username =
         option("username", "module: its user name, at most 6 bytes. Default: admin", "TEXT");
     QCommandLineOption password =
@@ -71,11 +74,22 @@ struct Vocabulary
         option("fleet", "module: so many of them (1 to 100), each with a switch.", "N");
     QCommandLineOption managementPort = option(
         "management-port", "module: UDP port for search, login and setup. Default: 1901", "PORT");
-    QCommandLineOption switchPort =
-        option("switch-port", "module: UDP port for the switch's traffic. Default: 23", "PORT");
+    QCommandLineOption switchPort = option(
+        "switch-port", "module, replay: UDP port for the switch's traffic. Default: 23", "PORT");
     QCommandLineOption quietGap =
         option("quiet-gap", "module: pause of the switch that ends a datagram. Default: 50", "MS");
 
+    QCommandLineOption udp =
+        option("udp", "replay: listen at this address and port.", "ADDRESS:PORT");
+    QCommandLineOption speed =
+        option("speed", "replay: so many times as fast as recorded. Default: 1", "FACTOR");
+
+    /// What only a simulation has.
+    QList<QCommandLineOption> ofSimulation() const
+    {
+        return {fault, console, printState, restartTime};
+    }
+    QList<QCommandLineOption> ofReplay() const { return {udp, speed}; }
     QList<QCommandLineOption> ofSerial() const { return {link, port, noPacing}; }
     QList<QCommandLineOption> ofModule() const
     {
@@ -86,7 +100,7 @@ struct Vocabulary
     {
         return QList<QCommandLineOption>{help,    version,          fault,      console, printState,
                                          verbose, untilStdinCloses, restartTime} +
-               ofSerial() + ofModule();
+               ofSerial() + ofModule() + ofReplay();
     }
 };
 
@@ -99,6 +113,12 @@ public:
     Options options() const
     {
         Options options;
+        options.verbose = parser_.isSet(words_.verbose);
+        options.untilStdinCloses = parser_.isSet(words_.untilStdinCloses);
+        if (parser_.positionalArguments().value(0) == QLatin1String("replay")) {
+            options.replay = replay();
+            return options;
+        }
         readFaces(options);
         for (const QString &fault : parser_.values(words_.fault)) {
             const std::string mistake = setFault(options.faults, fault.toStdString());
@@ -107,8 +127,6 @@ public:
         }
         options.console = parser_.isSet(words_.console);
         options.printState = parser_.isSet(words_.printState);
-        options.verbose = parser_.isSet(words_.verbose);
-        options.untilStdinCloses = parser_.isSet(words_.untilStdinCloses);
         options.switchRestartTime = time(words_.restartTime, options.switchRestartTime);
         return options;
     }
@@ -118,13 +136,15 @@ private:
     {
         const QStringList faces = parser_.positionalArguments();
         if (faces.isEmpty())
-            refuse(QStringLiteral("say what to simulate: serial, module or all"));
+            refuse(QStringLiteral("say what to simulate: serial, module, all or replay"));
         if (faces.size() > 1)
             refuse(QStringLiteral("unexpected argument \"%1\"").arg(faces.at(1)));
         const QString &face = faces.first();
         const bool all = face == QLatin1String("all");
         if (!all && face != QLatin1String("serial") && face != QLatin1String("module"))
-            refuse(QStringLiteral("cannot simulate \"%1\": serial, module or all").arg(face));
+            refuse(
+                QStringLiteral("cannot simulate \"%1\": serial, module, all or replay").arg(face));
+        requireUnset(words_.ofReplay(), face);
         if (all || face == QLatin1String("serial"))
             readSerial(options);
         else
@@ -133,6 +153,48 @@ private:
             readModules(options);
         else
             requireUnset(words_.ofModule(), face);
+    }
+
+    ReplayOptions replay() const
+    {
+        const QString face = QStringLiteral("replay");
+        const QStringList arguments = parser_.positionalArguments();
+        if (arguments.size() < 2)
+            refuse(QStringLiteral("say which recording to replay"));
+        if (arguments.size() > 2)
+            refuse(QStringLiteral("unexpected argument \"%1\"").arg(arguments.at(2)));
+        requireUnset(words_.ofSimulation() + words_.ofSerial() + words_.ofModule(), face,
+                     {words_.link, words_.noPacing, words_.name, words_.switchPort});
+
+        ReplayOptions replay;
+        replay.file = arguments.at(1);
+        replay.name = text(words_.name, {});
+        replay.linkPath = text(words_.link, {});
+        replay.switchPort =
+            static_cast<quint16>(number(words_.switchPort, replay.switchPort, 1, 65535));
+        if (parser_.isSet(words_.udp))
+            replay.udp = udpPoint(parser_.value(words_.udp));
+        if (replay.udp && !replay.linkPath.isEmpty())
+            refuse(QStringLiteral("--link makes a serial port, and --udp makes none"));
+        bool isNumber = true;
+        if (parser_.isSet(words_.speed))
+            replay.speed = parser_.value(words_.speed).toDouble(&isNumber);
+        if (!isNumber || replay.speed < 0.001 || replay.speed > 1000)
+            refuse(QStringLiteral("--speed needs a number from 0.001 to 1000"));
+        if (parser_.isSet(words_.noPacing))
+            replay.speed = 0;
+        return replay;
+    }
+
+    UdpPoint udpPoint(const QString &value) const
+    {
+        const qsizetype colon = value.lastIndexOf(QLatin1Char(':'));
+        bool isNumber = false;
+        const quint16 port = value.mid(colon + 1).toUShort(&isNumber);
+        if (colon < 0 || !isNumber)
+            refuse(QStringLiteral("--udp needs an address and a port, such as 127.0.0.1:2300"));
+        const Ipv4 octets = address(words_.udp, value.left(colon));
+        return {QHostAddress(QString::fromStdString(toText(octets))), port};
     }
 
     void readSerial(Options &options) const
@@ -181,10 +243,16 @@ private:
             refuse(QStringLiteral("--management-port and --switch-port must differ"));
     }
 
-    void requireUnset(const QList<QCommandLineOption> &options, const QString &face) const
+    void requireUnset(const QList<QCommandLineOption> &options, const QString &face,
+                      const QList<QCommandLineOption> &except = {}) const
     {
+        const auto isExcepted = [&except](const QCommandLineOption &option) {
+            return std::any_of(except.begin(), except.end(), [&](const QCommandLineOption &other) {
+                return other.names() == option.names();
+            });
+        };
         for (const QCommandLineOption &option : options)
-            if (parser_.isSet(option))
+            if (parser_.isSet(option) && !isExcepted(option))
                 refuse(QStringLiteral("--%1 means nothing to %2").arg(nameOf(option), face));
     }
 
@@ -251,8 +319,10 @@ std::variant<Options, EarlyEnd> readOptions(const QStringList &arguments)
     parser.setApplicationDescription(QStringLiteral(
         "A simulated keyboard-and-mouse switch, on a virtual serial port and behind simulated "
         "network modules."));
-    parser.addPositionalArgument(QStringLiteral("FACE"),
-                                 QStringLiteral("serial, module, or all for both on one switch"));
+    parser.addPositionalArgument(
+        QStringLiteral("FACE"),
+        QStringLiteral("serial, module, all for both on one switch, or replay "
+                       "FILE for a recorded one"));
     parser.addOptions(Vocabulary().all());
 
     const auto mistake = [](const QString &text) {

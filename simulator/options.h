@@ -4,15 +4,38 @@
 #include "simulator/module_state.h"
 #include "simulator/network_settings.h"
 
+#include <QHostAddress>
 #include <QString>
 #include <QStringList>
 #include <chrono>
+#include <optional>
 #include <variant>
 #include <vector>
+
+/// An IPv4 address and a UDP port; port 0 is any.
+struct UdpPoint
+{
+    QHostAddress address;
+    quint16 port;
+};
+
+/// A recording that is to be replayed.
+struct ReplayOptions
+{
+    QString file;
+    QString name; ///< of the recorded device; empty: the only one
+    /// Symbolic link to the virtual port, which makes the face serial; empty: none.
+    QString linkPath;
+    std::optional<UdpPoint> udp; ///< makes the face UDP
+    quint16 switchPort = 23;     ///< of a UDP face that nothing else is said of
+    double speed = 1;            ///< divides the recorded waits; 0: none
+};
 
 /// What the command line asks for.
 struct Options
 {
+    std::optional<ReplayOptions> replay; ///< instead of any simulation
+
     bool serial = false; ///< the serial face
     QString linkPath;    ///< symbolic link to the virtual port; empty: none
     QString portName;    ///< a real port instead of a virtual one; empty: virtual

@@ -109,8 +109,8 @@ private Q_SLOTS:
             QTest::newRow(arguments)
                 << QString::fromLatin1(arguments) << QString::fromUtf8(mistake);
         };
-        row("", "say what to simulate: serial, module or all");
-        row("parallel", "cannot simulate \"parallel\": serial, module or all");
+        row("", "say what to simulate: serial, module, all or replay");
+        row("parallel", "cannot simulate \"parallel\": serial, module, all or replay");
         row("serial module", "unexpected argument \"module\"");
         row("serial --bogus", "Unknown option 'bogus'.");
         row("serial --link", "Missing value after '--link'.");
@@ -127,6 +127,17 @@ private Q_SLOTS:
         row("module --name SEVENTEEN-LETTERS", "--name takes at most 16 bytes");
         row("module --username sevenly", "--username takes at most 6 bytes");
         row("module --password sevenly", "--password takes at most 6 bytes");
+        row("serial --speed 2", "--speed means nothing to serial");
+        row("replay", "say which recording to replay");
+        row("replay a b", "unexpected argument \"b\"");
+        row("replay a --fault crlf", "--fault means nothing to replay");
+        row("replay a --fleet 2", "--fleet means nothing to replay");
+        row("replay a --port ttyUSB0", "--port means nothing to replay");
+        row("replay a --link /tmp/x --udp 127.0.0.1:23",
+            "--link makes a serial port, and --udp makes none");
+        row("replay a --udp 23", "--udp needs an address and a port, such as 127.0.0.1:2300");
+        row("replay a --udp here:23", "--udp needs an IPv4 address, not \"here\"");
+        row("replay a --speed 0", "--speed needs a number from 0.001 to 1000");
         row("module --fleet 0", "--fleet needs a number from 1 to 100");
         row("module --fleet x", "--fleet needs a number from 1 to 100");
         row("module --fleet 1 --address 192.0.2.7 --address 192.0.2.8",
