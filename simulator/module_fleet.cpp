@@ -4,6 +4,24 @@
 
 namespace {
 
+/// The last `count` octets as a number.
+template <typename Octets>
+std::size_t lastOctets(const Octets &octets, std::size_t count)
+{
+    std::size_t number = 0;
+    for (std::size_t i = octets.size() - count; i < octets.size(); ++i)
+        number = number << 8 | octets[i];
+    return number;
+}
+
+/// The other way round; of a number too large the lower part.
+template <typename Octets>
+void setLastOctets(Octets &octets, std::size_t count, std::size_t number)
+{
+    for (std::size_t i = 0; i < count; ++i, number >>= 8)
+        octets[octets.size() - 1 - i] = static_cast<std::uint8_t>(number & 0xFF);
+}
+
 Ipv4 addressOf(const FleetPlan &plan, std::size_t index)
 {
     if (index < plan.addresses.size())
@@ -11,10 +29,13 @@ Ipv4 addressOf(const FleetPlan &plan, std::size_t index)
     const bool named = !plan.addresses.empty();
     Ipv4 address = named ? plan.addresses.back() : plan.first.staticAddress;
     const std::size_t step = named ? index - (plan.addresses.size() - 1) : index;
-    if (address[3] + step > 254)
+    const bool loopback = address[0] == 127;
+    const std::uint32_t last = loopback ? 0xFFFFFE : 254;
+    const std::size_t next = lastOctets(address, loopback ? 3 : 1) + step;
+    if (next > last)
         throw std::runtime_error("the addresses from " + toText(address) +
                                  " on do not suffice for all modules");
-    address[3] = static_cast<std::uint8_t>(address[3] + step);
+    setLastOctets(address, loopback ? 3 : 1, next);
     return address;
 }
 
@@ -42,7 +63,7 @@ std::vector<ModuleState> modulesOf(const FleetPlan &plan)
         module.gateway = plan.gateway.value_or(module.staticAddress);
         if (!plan.gateway)
             module.gateway[3] = 254;
-        module.mac[5] = static_cast<std::uint8_t>(module.mac[5] + i);
+        setLastOctets(module.mac, 3, lastOctets(module.mac, 3) + i);
         module.name = nameOf(plan.first.name, i);
         modules.push_back(module);
     }

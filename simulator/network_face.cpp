@@ -1,5 +1,6 @@
 #include "simulator/network_face.h"
 
+#include "simulator/open_files.h"
 #include "simulator/udp_source.h"
 
 #include <QTimer>
@@ -30,6 +31,8 @@ void NetworkFace::addModule(const ModuleState &initial, SimulatedSwitch &theSwit
 
 void NetworkFace::start()
 {
+    constexpr std::size_t others = 32; // what the program has open besides its modules' sockets
+    allowOpenFiles(modules_.size() + others);
     const QHostAddress everywhere(QHostAddress::AnyIPv4);
     if (!management_.bind(everywhere, settings_.managementPort, QAbstractSocket::DontShareAddress))
         throw std::runtime_error(listenFailure(management_, everywhere, settings_.managementPort));

@@ -71,7 +71,7 @@ struct Vocabulary
     QCommandLineOption password =
         option("password", "module: its password, at most 6 bytes. Default: admin", "TEXT");
     QCommandLineOption fleet =
-        option("fleet", "module: so many of them (1 to 100), each with a switch.", "N");
+        option("fleet", "module: so many of them (1 to 1000), each with a switch.", "N");
     QCommandLineOption managementPort = option(
         "management-port", "module: UDP port for search, login and setup. Default: 1901", "PORT");
     QCommandLineOption switchPort = option(
@@ -214,7 +214,7 @@ private:
         for (const QString &value : parser_.values(words_.address))
             plan.addresses.push_back(address(words_.address, value));
         const int named = std::max(1, static_cast<int>(plan.addresses.size()));
-        plan.size = number(words_.fleet, named, 1, 100);
+        plan.size = number(words_.fleet, named, 1, 1000);
         if (parser_.isSet(words_.mask))
             first.subnetMask = address(words_.mask, parser_.value(words_.mask));
         if (parser_.isSet(words_.gateway))

@@ -18,7 +18,7 @@ SwitchTraffic::SwitchTraffic(SimulatedSwitch &theSwitch, quint16 port,
     sending_.setSingleShot(true);
     sending_.setTimerType(Qt::PreciseTimer);
     sending_.setInterval(1ms);
-    connect(&quiet_, &QTimer::timeout, this, [this] { queue(packer_.flush(limit_)); });
+    connect(&quiet_, &QTimer::timeout, this, &SwitchTraffic::endDatagram);
     connect(&sending_, &QTimer::timeout, this, &SwitchTraffic::sendNext);
     connect(&pacer_, &ReplyPacer::due, this, &SwitchTraffic::collect);
     connect(&switch_, &SimulatedSwitch::announced, this, [this](const std::vector<Piece> &pieces) {
@@ -54,7 +54,15 @@ void SwitchTraffic::readAll()
         peerPort_ = static_cast<quint16>(datagram.senderPort());
         ownAddress_ = datagram.destinationAddress();
         pacer_.enqueue(switch_.receive(datagram.data(), line));
+        if (quiet_.interval() == 0)
+            endDatagram();
     }
+}
+
+void SwitchTraffic::endDatagram()
+{
+    quiet_.stop();
+    queue(packer_.flush(limit_));
 }
 
 void SwitchTraffic::collect(const QByteArray &bytes)

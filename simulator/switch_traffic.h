@@ -20,7 +20,8 @@ class SwitchTraffic : public QObject
     Q_OBJECT
 
 public:
-    /// `quietGap`: the pause of the switch that ends a datagram.
+    /// `quietGap`: the pause of the switch that ends a datagram; 0: what is said at once to one
+    /// datagram makes one, without waiting.
     SwitchTraffic(SimulatedSwitch &theSwitch, quint16 port, std::chrono::milliseconds quietGap);
 
     /// Listens at `address`, and no longer where it did. Returns what went wrong in words, or an
@@ -39,6 +40,7 @@ public:
 private:
     void readAll();
     void collect(const QByteArray &bytes);
+    void endDatagram();
     void queue(const std::vector<QByteArray> &datagrams);
     void sendNext();
 

@@ -309,7 +309,25 @@ private Q_SLOTS:
         QCOMPARE(toText(modules[1].address()), std::string("10.0.0.1"));
         QCOMPARE(toText(modules[3].address()), std::string("10.0.0.3"));
         QCOMPARE(modules[1].name, std::string("SIXTEEN-BYTES--2"));
-        QCOMPARE(toText(modules[1].mac), std::string("02:00:00:00:00:00"));
+        QCOMPARE(toText(modules[1].mac), std::string("02:00:00:00:01:00"));
+    }
+
+    void aThousandOnLoopback()
+    {
+        FleetPlan plan;
+        plan.size = 1000;
+        plan.addresses = {{127, 1, 0, 1}};
+        const auto modules = modulesOf(plan);
+        QCOMPARE(modules.size(), std::size_t(1000));
+        QCOMPARE(toText(modules[0].address()), std::string("127.1.0.1"));
+        QCOMPARE(toText(modules[254].address()), std::string("127.1.0.255"));
+        QCOMPARE(toText(modules[255].address()), std::string("127.1.1.0"));
+        QCOMPARE(toText(modules[999].address()), std::string("127.1.3.232"));
+        QCOMPARE(toText(modules[255].mac), std::string("02:00:00:00:01:00"));
+        QCOMPARE(toText(modules[999].mac), std::string("02:00:00:00:03:E8"));
+        QCOMPARE(modules[999].name, std::string("PELORA-SIM-1000"));
+        plan.first.mac = {2, 0xAA, 0xBB, 0xFF, 0xFF, 0xFF};
+        QCOMPARE(toText(modulesOf(plan)[1].mac), std::string("02:AA:BB:00:00:00"));
     }
 
     void aFleetMayNotRunPastItsAddresses()
@@ -317,6 +335,8 @@ private Q_SLOTS:
         FleetPlan plan;
         plan.size = 2;
         plan.addresses = {{192, 0, 2, 254}};
+        QVERIFY_EXCEPTION_THROWN(modulesOf(plan), std::runtime_error);
+        plan.addresses = {{127, 255, 255, 254}};
         QVERIFY_EXCEPTION_THROWN(modulesOf(plan), std::runtime_error);
         plan.size = 1;
         plan.addresses = {{192, 0, 2, 7}, {192, 0, 2, 8}};

@@ -138,8 +138,9 @@ private Q_SLOTS:
         row("replay a --udp 23", "--udp needs an address and a port, such as 127.0.0.1:2300");
         row("replay a --udp here:23", "--udp needs an IPv4 address, not \"here\"");
         row("replay a --speed 0", "--speed needs a number from 0.001 to 1000");
-        row("module --fleet 0", "--fleet needs a number from 1 to 100");
-        row("module --fleet x", "--fleet needs a number from 1 to 100");
+        row("module --fleet 0", "--fleet needs a number from 1 to 1000");
+        row("module --fleet 1001", "--fleet needs a number from 1 to 1000");
+        row("module --fleet x", "--fleet needs a number from 1 to 1000");
         row("module --fleet 1 --address 192.0.2.7 --address 192.0.2.8",
             "there are more addresses than modules");
         row("module --switch-port 65536", "--switch-port needs a number from 1 to 65535");
