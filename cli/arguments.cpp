@@ -34,6 +34,10 @@ void addEverywhere(CLI::App &app, Options &options)
         ->type_name("N")
         ->check(CLI::Range(0, mostRetries))
         ->capture_default_str();
+    app.add_option("--wait", options.wait, "how long answers to a search for modules are taken")
+        ->type_name("MS")
+        ->check(CLI::Range(1, longestWait))
+        ->capture_default_str();
     app.add_option("--record", options.record,
                    "keep everything that passes on the link, as JSON lines")
         ->type_name("FILE");
@@ -149,11 +153,7 @@ std::unique_ptr<CLI::App> commandLine(Options &options)
     addEverywhere(*app, options);
 
     command(*app, options, "ports", "list the serial ports", Command::Ports);
-    command(*app, options, "discover", "find the network modules on the LAN", Command::Discover)
-        ->add_option("--wait", options.wait, "how long answers are taken")
-        ->type_name("MS")
-        ->check(CLI::Range(1, longestWait))
-        ->capture_default_str();
+    command(*app, options, "discover", "find the network modules on the LAN", Command::Discover);
     command(*app, options, "get", "show the configuration, or some keys of it", Command::Get)
         ->add_option("keys", options.keys, "such as km-control, resolution.2, layout")
         ->type_name("KEY");

@@ -27,18 +27,7 @@ int run(const Options &options)
         QCoreApplication::exit(status);
     });
     // From within the event loop, which the program's end ends.
-    QMetaObject::invokeMethod(
-        &program,
-        [&] {
-            try {
-                program.start();
-            } catch (const UsageError &error) {
-                for (const QString &line : error.lines())
-                    printer.complain(line);
-                QCoreApplication::exit(statusOf(ExitStatus::Usage));
-            }
-        },
-        Qt::QueuedConnection);
+    QMetaObject::invokeMethod(&program, &Program::start, Qt::QueuedConnection);
     status = QCoreApplication::exec();
     if (output.problem().isEmpty())
         return status;

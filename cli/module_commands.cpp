@@ -149,7 +149,7 @@ private:
             return;
         }
         isWritten_ = true;
-        deadline_ = QDeadlineTimer(world().moduleReturn);
+        deadline_ = QDeadlineTimer(searchesForReturn * world().network.collection);
         search();
     }
 
@@ -233,6 +233,9 @@ private:
         }
         return found;
     }
+
+    /// How many searches long a module may take to come back: 18 s, unless --wait says otherwise.
+    static constexpr int searchesForReturn = 12;
 
     ModuleValues values_;
     ModuleSettings wanted_;

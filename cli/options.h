@@ -30,9 +30,9 @@ struct Options
     bool json = false;
     int timeout = 3000; ///< ms, as is `wait`
     int retries = 2;
+    int wait = 1500;
     std::string record; ///< --record; empty: none
 
-    int wait = 1500;                      ///< discover
     std::vector<std::string> keys;        ///< get
     std::vector<std::string> assignments; ///< set, module set
     std::string file;                     ///< save, diff, apply

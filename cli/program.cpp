@@ -92,6 +92,22 @@ Program::~Program() = default;
 
 void Program::start()
 {
+    try {
+        begin();
+    } catch (const UsageError &error) {
+        refuse(error);
+    }
+}
+
+void Program::refuse(const UsageError &error)
+{
+    for (const QString &line : error.lines())
+        printer_.complain(line);
+    Q_EMIT finished(ExitStatus::Usage);
+}
+
+void Program::begin()
+{
     search_ = std::make_unique<SharedSearch>(world_.network);
     world_.search = search_.get();
     switch (options_.command) {
@@ -208,8 +224,13 @@ void Program::run(const TaskMaker &maker)
         return;
     }
     search_->search(this, [this, maker](const ModuleSearchResult &found) {
-        if (!isInterrupted_)
+        if (isInterrupted_)
+            return;
+        try {
             runFound(maker, found);
+        } catch (const UsageError &error) {
+            refuse(error);
+        }
     });
 }
 

@@ -18,8 +18,7 @@ public:
     Program(Options options, Printer &printer, QObject *parent = nullptr);
     ~Program() override;
 
-    /// Begins; finished() follows, from within this call as well. Throws UsageError, before
-    /// anything has been sent.
+    /// Begins; finished() follows, from within this call as well.
     void start();
     /// Ends what is under way and reports it; finished() follows.
     void interrupt();
@@ -28,6 +27,8 @@ Q_SIGNALS:
     void finished(ExitStatus status);
 
 private:
+    void begin();
+    void refuse(const UsageError &error);
     void discover();
     void openRecord();
     void confirmFactoryReset() const;

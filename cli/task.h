@@ -18,8 +18,6 @@ struct TaskWorld
     ModuleNetwork network;
     SharedSearch *search = nullptr;
     LinkRecorder *recorder = nullptr; ///< none: nothing is recorded
-    /// How long a module may take to come back with what it was told.
-    std::chrono::milliseconds moduleReturn{20000};
 };
 
 /// A device, and the module in front of it where a search has found it.

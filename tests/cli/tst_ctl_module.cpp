@@ -1,5 +1,303 @@
+#include "ctl_process.h"
+#include "simulator_process.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QTemporaryDir>
 #include <QTest>
-int main()
+#include <QUdpSocket>
+#include <csignal>
+
+namespace {
+QStringList words(const char *text)
 {
-    return 0;
+    return QString::fromUtf8(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
+
+/// Modules at 192.0.2.7 and onwards, with the ports that real ones have.
+class Lan
+{
+public:
+    explicit Lan(const char *arguments)
+    {
+        const QStringList all = words("module --console ") + words(arguments);
+        const auto modules = static_cast<int>(all.count(QStringLiteral("--address")));
+        if (simulator.start(all, modules).size() != modules)
+            qFatal("the simulator did not start");
+    }
+
+    SimulatorProcess simulator;
+};
+
+/// A run with this password in the environment.
+CtlRun ctlWith(const char *password, const char *arguments, const char *newPassword = nullptr)
+{
+    CtlProcess process;
+    QProcessEnvironment environment = process.process.processEnvironment();
+    environment.insert(QStringLiteral("PELORA_PASSWORD"), QString::fromUtf8(password));
+    if (newPassword != nullptr)
+        environment.insert(QStringLiteral("PELORA_NEW_PASSWORD"), QString::fromUtf8(newPassword));
+    process.process.setProcessEnvironment(environment);
+    process.start(words("--wait 200") + words(arguments));
+    return process.wait();
+}
+
+/// The same without a password.
+CtlRun ctlIn(const QString &arguments)
+{
+    return ctl(QStringLiteral("--wait 200 ") + arguments);
+}
+} // namespace
+
+/// peloractl against network modules, on a network that leads nowhere.
+class CtlModuleTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theModulesOnTheLanAreFound()
+    {
+        const Lan lan(
+            "--address 192.0.2.7 --address 192.0.2.8 --name Desk --mac 02:00:00:00:00:01");
+        const CtlRun run = ctlIn(QStringLiteral("discover"));
+        QCOMPARE(run.status, 0);
+        QVERIFY(run.output.startsWith("ADDRESS    MAC           NAME\n"));
+        QVERIFY(run.output.contains("192.0.2.7  020000000001  Desk\n"));
+        QVERIFY(run.output.contains("192.0.2.8  020000000002  Desk-2\n"));
+        const QList<QJsonObject> objects = ctlIn(QStringLiteral("--json discover")).objects();
+        QCOMPARE(objects.size(), 2);
+        QVERIFY(
+            objects.contains(QJsonObject{{QStringLiteral("address"), QStringLiteral("192.0.2.7")},
+                                         {QStringLiteral("mac"), QStringLiteral("020000000001")},
+                                         {QStringLiteral("name"), QStringLiteral("Desk")}}));
+    }
+
+    void aLanWithoutModulesIsToldOf()
+    {
+        const CtlRun run = ctlIn(QStringLiteral("discover"));
+        QCOMPARE(run.status, 3);
+        QVERIFY(run.errors.contains("no module answered"));
+    }
+
+    void aPortThatIsTakenIsToldOf()
+    {
+        QUdpSocket other;
+        QVERIFY(other.bind(QHostAddress(QHostAddress::AnyIPv4), 4242));
+        const CtlRun run = ctlIn(QStringLiteral("discover"));
+        QCOMPARE(run.status, 3);
+        QVERIFY(run.errors.contains("UDP port 4242 cannot be had"));
+    }
+
+    void answersThatNoModuleGivesAreNone()
+    {
+        const Lan lan("--address 192.0.2.7 --fault discovery-size=37");
+        const CtlRun run = ctlIn(QStringLiteral("discover"));
+        QCOMPARE(run.status, 3);
+        QVERIFY2(run.errors.contains("(1 answers that no module gives)"), run.errors.constData());
+    }
+
+    void aSwitchIsReachedByItsModulesNameAndMac()
+    {
+        const Lan lan("--address 192.0.2.7 --address 192.0.2.8 --name Desk");
+        for (const char *device :
+             {"module:Desk-2", "module:020000000002", "module:02:00:00:00:00:02"}) {
+            const CtlRun run = ctlIn(QStringLiteral("get km-control -d ") + QLatin1String(device));
+            QCOMPARE(run.output, QByteArray("km-control  1\n"));
+            QCOMPARE(run.status, 0);
+        }
+        const CtlRun run = ctlIn(QStringLiteral("get -d module:Lab"));
+        QCOMPARE(run.status, 3);
+        QVERIFY(run.errors.contains("no such module; peloractl discover shows"));
+    }
+
+    void twoModulesOfOneNameAreAnError()
+    {
+        const Lan one("--address 192.0.2.7 --address 192.0.2.8 --name Desk");
+        QCOMPARE(ctlWith("admin", "module set -d module:Desk-2 -u admin name=Desk").status, 0);
+        const CtlRun run = ctlIn(QStringLiteral("get -d module:Desk"));
+        QCOMPARE(run.status, 3);
+        QVERIFY2(run.errors.contains("name one by its MAC: 020000000001, 020000000002") ||
+                     run.errors.contains("name one by its MAC: 020000000002, 020000000001"),
+                 run.errors.constData());
+    }
+
+    void aModuleAndItsAddressAreOnePort()
+    {
+        const Lan lan("--address 192.0.2.7");
+        const CtlRun run = ctlIn(QStringLiteral("get -d module:PELORA-SIM -d udp:192.0.2.7"));
+        QCOMPARE(run.status, 2);
+        QVERIFY2(run.errors.contains("are the same port"), run.errors.constData());
+    }
+
+    void aModuleIsShown()
+    {
+        const Lan lan("--address 192.0.2.7 --gateway 192.0.2.254 --name Desk");
+        const QByteArray shown = "mac         020000000001\n"
+                                 "name        Desk\n"
+                                 "address     192.0.2.7\n"
+                                 "allocation  static\n"
+                                 "ip          192.0.2.7\n"
+                                 "mask        255.255.255.0\n"
+                                 "gateway     192.0.2.254\n";
+        CtlRun run = ctlWith("admin", "module show -u admin -d module:Desk");
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.output, shown);
+        QCOMPARE(ctlWith("admin", "-d udp:192.0.2.7 module show -u admin").output, shown);
+        run = ctlWith("admin", "module show -u admin -d module:Desk --json");
+        QCOMPARE(
+            run.object().value(QStringLiteral("module")).toObject().value(QStringLiteral("mask")),
+            QJsonValue(QStringLiteral("255.255.255.0")));
+    }
+
+    void wrongCredentialsAreRefused()
+    {
+        const Lan lan("--address 192.0.2.7");
+        const CtlRun run = ctlWith("wrong", "module show -u admin -d module:PELORA-SIM");
+        QCOMPARE(run.status, 6);
+        QVERIFY(run.errors.contains("the module refuses this user name and password"));
+        QVERIFY(!run.errors.contains("wrong"));
+    }
+
+    void aModuleThatAnswersNoLoginIsToldOf()
+    {
+        const Lan lan("--address 192.0.2.7 --fault truncated=37");
+        const CtlRun run =
+            ctlWith("admin", "--timeout 200 --retries 0 module show -u admin -d module:PELORA-SIM");
+        QCOMPARE(run.status, 4);
+        QVERIFY(run.errors.contains("the login cannot be understood"));
+    }
+
+    void aPasswordMayStandInAFile()
+    {
+        const Lan lan("--address 192.0.2.7");
+        const QTemporaryDir folder;
+        QFile file(folder.filePath(QStringLiteral("password")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("admin\r\nno matter\n");
+        file.close();
+        const QString arguments =
+            QStringLiteral("module show -u admin -d module:PELORA-SIM --password-file ");
+        QCOMPARE(ctlIn(arguments + file.fileName()).status, 0);
+        QCOMPARE(ctlIn(arguments + QStringLiteral("/nowhere")).status, 2);
+    }
+
+    void withoutAPasswordNothingIsSent()
+    {
+        const CtlRun run = ctlIn(QStringLiteral("module show -u admin -d module:PELORA-SIM"));
+        QCOMPARE(run.status, 2);
+        QVERIFY(
+            run.errors.contains("no password; set PELORA_PASSWORD or give --password-file FILE"));
+    }
+
+    void aModuleOnASerialPortIsAMistake()
+    {
+        const CtlRun run = ctlWith("admin", "module show -u admin -d serial:/dev/ttyS0");
+        QCOMPARE(run.status, 2);
+        QVERIFY(run.errors.contains("has no network module"));
+    }
+
+    void whatIsNotNamedStays()
+    {
+        const Lan lan("--address 192.0.2.7 --gateway 192.0.2.254 --name Desk");
+        CtlRun run = ctlWith("admin", "module set -u admin -d module:Desk name=Lab --json");
+        QCOMPARE(run.status, 0);
+        const QJsonObject object = run.object();
+        QCOMPARE(object.value(QStringLiteral("changes")).toArray(),
+                 (QJsonArray{QJsonObject{{QStringLiteral("key"), QStringLiteral("name")},
+                                         {QStringLiteral("from"), QStringLiteral("Desk")},
+                                         {QStringLiteral("to"), QStringLiteral("Lab")}}}));
+        run = ctlWith("admin", "module set -u admin -d module:Lab name=Lab");
+        QCOMPARE(run.output, QByteArray("already so\n"));
+        QVERIFY(ctlWith("admin", "module show -u admin -d module:Lab")
+                    .output.contains("gateway     192.0.2.254\n"));
+    }
+
+    void aNewAddressIsWaitedFor()
+    {
+        const Lan lan("--address 192.0.2.7 --name Desk");
+        CtlRun run =
+            ctlWith("admin", "module set -u admin -d module:Desk ip=192.0.2.9 mask=255.255.0.0");
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.status, 0);
+        QVERIFY(run.output.contains("address     192.0.2.9\n"));
+        QVERIFY(run.output.contains("mask        255.255.0.0\n"));
+        QCOMPARE(ctlIn(QStringLiteral("get buzzer -d udp:192.0.2.9")).output,
+                 QByteArray("buzzer  on\n"));
+        run = ctlWith("admin", "module set -u admin -d module:Desk dhcp");
+        QCOMPARE(run.status, 0);
+        QVERIFY(run.output.contains("allocation  dhcp\n"));
+        QVERIFY(run.output.contains("ip          192.0.2.9\n"));
+    }
+
+    void newCredentialsAreNeverShown()
+    {
+        const Lan lan("--address 192.0.2.7 --name Desk");
+        const QTemporaryDir folder;
+        const QByteArray record = folder.filePath(QStringLiteral("r.jsonl")).toUtf8();
+        const CtlRun run = ctlWith(
+            "admin",
+            ("module set -u admin -d module:Desk --new-password username=root --json --record " +
+             record)
+                .constData(),
+            "s3cret");
+        QCOMPARE(run.status, 0);
+        QVERIFY(!run.output.contains("s3cret"));
+        QFile file(QString::fromUtf8(record));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray kept = file.readAll();
+        QVERIFY(kept.contains("\"road\":\"module\""));
+        QVERIFY(!kept.contains("s3cret"));
+        QVERIFY(!kept.contains(QByteArray("s3cret").toHex()));
+        QCOMPARE(ctlWith("admin", "module show -u admin -d module:Desk").status, 6);
+        QCOMPARE(ctlWith("s3cret", "module show -u root -d module:Desk").status, 0);
+    }
+
+    void aModuleThatDoesNotComeBackIsToldOf()
+    {
+        const Lan lan("--address 192.0.2.7 --name Desk --restart-time 60000 --verbose");
+        CtlProcess process;
+        QProcessEnvironment environment = process.process.processEnvironment();
+        environment.insert(QStringLiteral("PELORA_PASSWORD"), QStringLiteral("admin"));
+        process.process.setProcessEnvironment(environment);
+        process.start(
+            words("--timeout 100 --retries 0 module set -u admin -d module:Desk name=Lab"));
+        const CtlRun run = process.wait();
+        QCOMPARE(run.status, 3);
+        QVERIFY2(run.errors.contains("the settings were sent, and the module has not come back"),
+                 run.errors.constData());
+    }
+
+    void anInterruptSaysThatTheSettingsWereSent()
+    {
+        Lan lan("--address 192.0.2.7 --name Desk --restart-time 60000 --verbose");
+        CtlProcess process;
+        QProcessEnvironment environment = process.process.processEnvironment();
+        environment.insert(QStringLiteral("PELORA_PASSWORD"), QStringLiteral("admin"));
+        process.process.setProcessEnvironment(environment);
+        process.start(words("--wait 200 module set -u admin -d module:Desk name=Lab"));
+        QTRY_VERIFY_WITH_TIMEOUT(lan.simulator.reports().contains("restart"), 20000);
+        ::kill(static_cast<pid_t>(process.process.processId()), SIGINT);
+        const CtlRun run = process.wait();
+        QCOMPARE(run.status, 130);
+        QVERIFY(run.errors.contains("interrupted; the new settings were sent"));
+    }
+
+    void severalModulesCannotHaveOneAddress()
+    {
+        const CtlRun run =
+            ctlWith("admin", "module set -u admin -d module:A -d module:B ip=192.0.2.9");
+        QCOMPARE(run.status, 2);
+        QVERIFY(run.errors.contains("several modules cannot have one address or one name"));
+    }
+
+    void nothingToSetIsAMistake()
+    {
+        QVERIFY(
+            ctlWith("admin", "module set -u admin -d module:A").errors.contains("nothing to set"));
+        QVERIFY(ctlWith("admin", "module set -u admin -d module:A password=x")
+                    .errors.contains("no password is taken from the command line"));
+    }
+};
+
+QTEST_GUILESS_MAIN(CtlModuleTest)
+#include "tst_ctl_module.moc"
