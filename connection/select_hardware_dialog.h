@@ -32,8 +32,8 @@ public:
     bool isCancelled() const { return isCancelled_; }
     /// The selected module's address (dotted).
     const QString &selectedAddress() const { return selectedAddress_; }
-    /// One for each module (by its MAC) in the order of the first answers; of a module that
-    /// answered twice the later answer counts.
+    /// One for each module (by its MAC) in the order of the first answers; of a module with several
+    /// answers in the searcher's list the later one counts.
     const QList<FoundModule> &modules() const { return modules_; }
     const USR_searcher &searcher() const { return searcher_; }
 

@@ -35,3 +35,12 @@ QNetworkDatagram requestOn(const ModuleRoad &road, quint16 port, const QByteArra
     datagram.setInterfaceIndex(road.interfaceIndex);
     return datagram;
 }
+
+ModuleRoad roadOf(const QNetworkDatagram &answer, const QList<ModuleRoad> &roads)
+{
+    for (const ModuleRoad &road : roads) {
+        if (road.interfaceIndex == answer.interfaceIndex())
+            return road;
+    }
+    return roads.value(0);
+}

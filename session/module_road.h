@@ -32,3 +32,6 @@ QList<ModuleRoad> broadcastRoads();
 
 /// `request` on its way to all modules on `road`, port `port`.
 QNetworkDatagram requestOn(const ModuleRoad &road, quint16 port, const QByteArray &request);
+
+/// The one of `roads` by which `answer` came; the first where it came by none of them.
+ModuleRoad roadOf(const QNetworkDatagram &answer, const QList<ModuleRoad> &roads);

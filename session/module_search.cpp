@@ -52,16 +52,7 @@ void ModuleSearch::take(const QNetworkDatagram &datagram)
     if (known_.contains(module.mac))
         return;
     known_.insert(module.mac);
-    result_.modules.append({module, roadOf(datagram)});
-}
-
-ModuleRoad ModuleSearch::roadOf(const QNetworkDatagram &datagram) const
-{
-    for (const ModuleRoad &road : network_.roads) {
-        if (road.interfaceIndex == datagram.interfaceIndex())
-            return road;
-    }
-    return network_.roads.value(0);
+    result_.modules.append({module, roadOf(datagram, network_.roads)});
 }
 
 void ModuleSearch::finish()

@@ -48,7 +48,6 @@ Q_SIGNALS:
 private:
     void read();
     void take(const QNetworkDatagram &datagram);
-    ModuleRoad roadOf(const QNetworkDatagram &datagram) const;
     void finish();
 
     ModuleNetwork network_;

@@ -27,14 +27,14 @@ public:
 } // namespace
 
 USR_searcher::USR_searcher(QObject *parent, UsrNetwork network)
-    : QUdpSocket(parent), network_(std::move(network))
+    : QUdpSocket(parent), network_(std::move(network)), targetRoad_{0, network_.broadcast}
 {
 }
 
 USR_searcher::USR_searcher(const QString &target, const QString &user, const QString &secret,
                            UsrNetwork network)
     : targetIP(target), username(user), password(secret), newUsername(user), newPassword(secret),
-      network_(std::move(network))
+      network_(std::move(network)), targetRoad_{0, network_.broadcast}
 {
 }
 
@@ -43,7 +43,7 @@ USR_searcher::USR_searcher(const QString &target, const QString &ip, const QStri
                            const QString &secret, UsrNetwork network)
     : targetIP(target), newIP(ip), newSubnetMask(subnetMask), newGateway(gateway),
       ipAllocation(allocation), username(user), password(secret), newUsername(user),
-      newPassword(secret), network_(std::move(network))
+      newPassword(secret), network_(std::move(network)), targetRoad_{0, network_.broadcast}
 {
 }
 
@@ -67,13 +67,14 @@ void USR_searcher::get_data_from_USR()
 {
     search_USR();
     guarded("Error in getting data from the USR", [this] {
-        for (const QString &hexText : std::as_const(replies)) {
-            const usr_frame::DiscoveryReply reply = usr_frame::readDiscoveryReply(hexText);
+        for (qsizetype i = 0; i < replies.size(); ++i) {
+            const usr_frame::DiscoveryReply reply = usr_frame::readDiscoveryReply(replies.at(i));
             if (reply.ip != targetIP)
                 continue;
             mac = reply.mac;
             nameHex = reply.nameHex;
             name = reply.name;
+            targetRoad_ = roadsOfReplies_.at(i);
         }
     });
 }
@@ -162,8 +163,8 @@ int USR_searcher::setup_USR()
             usr_frame::setupRequest({mac, username, password, ipAllocation, newIP, newGateway,
                                      newSubnetMask, nameField, newUsername, newPassword});
         const QString commit = usr_frame::commitRequest(mac, username, password);
-        send(configSocket, setup);
-        send(configSocket, commit);
+        send(configSocket, setup, targetRoad_);
+        send(configSocket, commit, targetRoad_);
         leaveConfigSocket();
     });
     return written ? 1 : -1;
@@ -197,7 +198,11 @@ bool USR_searcher::discover()
     }
     replies.clear();
     senders.clear();
-    send(*this, usr_frame::searchRequest());
+    roadsOfReplies_.clear();
+    macs_.clear();
+    roads_ = searchRoads();
+    for (const ModuleRoad &road : std::as_const(roads_))
+        send(*this, usr_frame::searchRequest(), road);
     std::this_thread::sleep_for(network_.afterBroadcast);
     collectReplies();
     close();
@@ -222,15 +227,35 @@ void USR_searcher::collectReplies()
 
 void USR_searcher::keepNextDatagram()
 {
-    QByteArray datagram(std::max<qint64>(pendingDatagramSize(), 0), '\0');
-    QHostAddress sender;
-    const qint64 size = readDatagram(datagram.data(), datagram.size(), &sender);
-    if (size < 0)
+    const QNetworkDatagram datagram = receiveDatagram();
+    if (!datagram.isValid())
         return;
-    datagram.truncate(size);
-    note(LinkRecorder::Direction::Received, sender.toString(), datagram);
-    senders.append(sender);
-    replies.append(usr_frame::toHexText(datagram));
+    note(LinkRecorder::Direction::Received, datagram.senderAddress().toString(), datagram.data());
+    const QString reply = usr_frame::toHexText(datagram.data());
+    if (isAnsweredAgain(reply))
+        return;
+    roadsOfReplies_.append(roadOf(datagram, roads_));
+    senders.append(datagram.senderAddress());
+    replies.append(reply);
+}
+
+/// Whether a module that has answered already was asked by several interfaces and answers once
+/// more. With one interface every answer counts.
+bool USR_searcher::isAnsweredAgain(const QString &reply)
+{
+    if (roads_.size() < 2 || !usr_frame::isDiscoveryReply(reply))
+        return false;
+    const QString answering = usr_frame::readDiscoveryReply(reply).mac;
+    const bool isKnown = macs_.contains(answering);
+    macs_.insert(answering);
+    return isKnown;
+}
+
+QList<ModuleRoad> USR_searcher::searchRoads() const
+{
+    if (network_.broadcast == QHostAddress(QHostAddress::Broadcast))
+        return broadcastRoads();
+    return {{0, network_.broadcast}};
 }
 
 bool USR_searcher::hasOddReply() const
@@ -243,7 +268,7 @@ void USR_searcher::attemptLogin()
     get_data_from_USR();
     bindConfigSocket();
     const WaitCursor cursor;
-    send(configSocket, usr_frame::loginRequest(mac, username, password));
+    send(configSocket, usr_frame::loginRequest(mac, username, password), targetRoad_);
     std::this_thread::sleep_for(network_.afterBroadcast);
 
     lastReply.clear();
@@ -273,10 +298,10 @@ void USR_searcher::leaveConfigSocket()
         configSocket.close();
 }
 
-void USR_searcher::send(QUdpSocket &socket, const QString &request)
+void USR_searcher::send(QUdpSocket &socket, const QString &request, const ModuleRoad &road)
 {
     const QByteArray frame = usr_frame::toBytes(request);
-    socket.writeDatagram(frame, network_.broadcast, network_.modulePort);
+    socket.writeDatagram(requestOn(road, network_.modulePort, frame));
     note(LinkRecorder::Direction::Sent, &socket == this ? network_.broadcast.toString() : targetIP,
          frame);
 }

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "session/link_recorder.h"
+#include "session/module_road.h"
 
 #include <QHostAddress>
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QUdpSocket>
 #include <chrono>
@@ -14,11 +16,13 @@ struct UsrNetwork
 {
     QHostAddress localAddress{QHostAddress::AnyIPv4}; ///< where both sockets are bound
     quint16 discoveryPort = 4242;                     ///< where modules answer a search; 0 is any
-    QHostAddress broadcast{QHostAddress::Broadcast};  ///< where every request goes
-    quint16 modulePort = 1901;                        ///< where modules listen
-    std::chrono::milliseconds afterBroadcast{500};    ///< rest after a search or login request
-    std::chrono::milliseconds collection{1000};       ///< how long answers to a search are taken
-    LinkRecorder *recorder = nullptr;                 ///< keeps what passes; nobody does with null
+    /// Where every request goes. 255.255.255.255 says nothing of the interface: where the PC has
+    /// several (broadcastRoads()), a search leaves by each.
+    QHostAddress broadcast{QHostAddress::Broadcast};
+    quint16 modulePort = 1901;                     ///< where modules listen
+    std::chrono::milliseconds afterBroadcast{500}; ///< rest after a search or login request
+    std::chrono::milliseconds collection{1000};    ///< how long answers to a search are taken
+    LinkRecorder *recorder = nullptr;              ///< keeps what passes; nobody does with null
 };
 
 /// Speaks the network module's management protocol: finds modules, reads a module's configuration
@@ -26,10 +30,10 @@ struct UsrNetwork
 ///
 /// The socket that it is serves discovery only and is open only while one runs. Every operation
 /// blocks the calling thread, which is the GUI thread, under the wait cursor; no events are handled
-/// meanwhile. A search takes 1.5 s, and every other operation begins with one. Failures are
-/// reported in the event log and in a notice and come back as -1 or "-1"; nothing throws.
-/// Credentials appear in the requests and nowhere else. A record names the module that is spoken
-/// to, or the address that a search goes to.
+/// meanwhile. A search takes 1.5 s, and every other operation begins with one. Requests to a module
+/// leave by the interface on which it answered. Failures are reported in the event log and in a
+/// notice and come back as -1 or "-1"; nothing throws. Credentials appear in the requests and
+/// nowhere else. A record names the module that is spoken to, or the address that a search goes to.
 class USR_searcher : public QUdpSocket
 {
     Q_OBJECT
@@ -48,8 +52,9 @@ public:
                  const QString &gateway, const QString &allocation, const QString &user,
                  const QString &secret, UsrNetwork network = {});
 
-    /// Searches the network and keeps every answer. Starts over, without limit, as long as one of
-    /// them is not 36 bytes long. Returns 1 when a module answered, -1 when none did or the search
+    /// Searches the network and keeps every answer; where it left by several interfaces, the first
+    /// of each module (by its MAC). Starts over, without limit, as long as one of them is not 36
+    /// bytes long. Returns 1 when a module answered, -1 when none did or the search
     /// failed; a discovery port in use says so on a debug line only.
     int search_USR();
     /// The last search's answers as hexadecimal text, in the order of their arrival.
@@ -91,11 +96,13 @@ private:
     bool discover();
     void collectReplies();
     void keepNextDatagram();
+    bool isAnsweredAgain(const QString &reply);
+    QList<ModuleRoad> searchRoads() const;
     bool hasOddReply() const;
     void attemptLogin();
     void bindConfigSocket();
     void leaveConfigSocket();
-    void send(QUdpSocket &socket, const QString &request);
+    void send(QUdpSocket &socket, const QString &request, const ModuleRoad &road);
     void note(LinkRecorder::Direction direction, const QString &address, const QByteArray &frame);
     QString readField(const char *failure, QString (*field)(const QString &reply));
 
@@ -120,4 +127,8 @@ private:
     QUdpSocket configSocket;
 
     UsrNetwork network_;
+    QList<ModuleRoad> roads_;          ///< by which the last search left
+    QList<ModuleRoad> roadsOfReplies_; ///< by which each of the replies came
+    QSet<QString> macs_;               ///< of the modules that answered the last search
+    ModuleRoad targetRoad_;            ///< by which the target answered
 };
