@@ -1,5 +1,6 @@
 #include "app/main_window.h"
 
+#include "app/selector_wheel.h"
 #include "log/event_log.h"
 #include "log/notices.h"
 #include "log/window_dress.h"
@@ -128,6 +129,7 @@ KM_Configuration_Tool_Norvik::KM_Configuration_Tool_Norvik(
     dressWindow(*this, windowSize);
     setNoticeWindow(this);
     setFocusPolicy(Qt::StrongFocus);
+    takeWheelOnlyWithFocus(*this);
     ui_->pushButton_Refresh->setIconSize(refreshIconSize);
     ui_->pushButton_Refresh->setIcon(QIcon(QStringLiteral(":/img/logos/refresh.png")));
     on_ConfigurationBtn_clicked();
