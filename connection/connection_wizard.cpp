@@ -1,6 +1,7 @@
 #include "connection/connection_wizard.h"
 
 #include "connection/connection_controls.h"
+#include "connection/port_selector.h"
 #include "connection/select_connection_method_dialog.h"
 #include "connection/select_hardware_dialog.h"
 #include "log/notices.h"
@@ -9,7 +10,6 @@
 #include "usr/change_setting_for_usr_dialog.h"
 #include "usr/credentials_dialog.h"
 
-#include <QComboBox>
 #include <QSignalBlocker>
 #include <utility>
 
@@ -99,6 +99,7 @@ void ConnectionWizard::connectBySerialPort()
         const QSignalBlocker quiet(widgets_.portSelector); // the port is opened below, once
         widgets_.portSelector->clear();
         widgets_.portSelector->addItems(names);
+        widgets_.portSelector->setNotes(settings_.portNotes());
     }
     isTcpIpSelected_ = false;
     setVisible(widgets_.serialWidgets, true);

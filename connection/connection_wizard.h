@@ -12,7 +12,7 @@
 class ConnectionControls;
 class DeviceLink;
 class InitialExchange;
-class QComboBox;
+class PortSelector;
 class QWidget;
 class Select_connection_method_Dialog;
 
@@ -28,7 +28,7 @@ class ConnectionWizard : public QObject
 public:
     struct Widgets
     {
-        QComboBox *portSelector;
+        PortSelector *portSelector;
         QList<QWidget *> serialWidgets;  ///< shown for RS232 only
         QList<QWidget *> networkWidgets; ///< shown for TCP/IP only
     };
@@ -38,6 +38,7 @@ public:
         UsrNetwork network;
         IpSettingsTiming ipSettings;
         std::function<QStringList()> portNames = serialPortNames;
+        std::function<QHash<QString, QString>()> portNotes = serialPortNotes;
     };
 
     ConnectionWizard(QWidget &window, Widgets widgets, Select_connection_method_Dialog &method,

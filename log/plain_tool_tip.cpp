@@ -18,6 +18,11 @@ void hideTipsOfWidgets()
 }
 } // namespace
 
+QString plainTip(const QString &text)
+{
+    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text;
+}
+
 bool PlainToolTip::eventFilter(QObject *watched, QEvent *event)
 {
     auto *widget = qobject_cast<QWidget *>(watched);
@@ -26,8 +31,7 @@ bool PlainToolTip::eventFilter(QObject *watched, QEvent *event)
     const QString tip = widget->toolTip();
     hideTipsOfWidgets();
     // Without a widget: it is from there that the tip would take its style sheet.
-    QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(),
-                       Qt::mightBeRichText(tip) ? Qt::convertFromPlainText(tip) : tip, nullptr, {},
+    QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), plainTip(tip), nullptr, {},
                        widget->toolTipDuration());
     return true;
 }

@@ -2,6 +2,9 @@
 
 #include <QObject>
 
+/// `text` for a tool tip that shows it as it stands, whatever markup it holds.
+QString plainTip(const QString &text);
+
 /// Shows tool tips in the program's own colours. A tool tip otherwise takes over the style sheet of
 /// its widget, and is black on red where that paints the widget red.
 ///

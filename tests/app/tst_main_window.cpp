@@ -121,6 +121,20 @@ private Q_SLOTS:
         QVERIFY(!s.label("label_name_of_USR")->isVisible());
     }
 
+    void anEntrySaysInItsToolTipWhatThePortIs()
+    {
+        SerialWindow s;
+        WindowSettings settings = SerialWindow::quick();
+        settings.wizard.portNotes = [&s] {
+            return QHash<QString, QString>{{s.cable->path(), QStringLiteral("Bluetooth link")}};
+        };
+        s.start(settings);
+        auto *ports = s.combo("comboBox_SelectPort");
+        QCOMPARE(ports->itemText(0), s.cable->path());
+        QCOMPARE(ports->itemData(0, Qt::ToolTipRole).toString(),
+                 s.cable->path() + QStringLiteral("\nBluetooth link"));
+    }
+
     void choosingAnotherPortReopensTheLink()
     {
         PtyPair second;

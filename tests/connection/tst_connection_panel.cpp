@@ -152,6 +152,16 @@ private Q_SLOTS:
                  QStringList({QStringLiteral("/tmp/one"), QStringLiteral("/dev/pts/7")}) + systems);
         qunsetenv("PELORA_EXTRA_SERIAL_PORTS");
     }
+
+    void aPortsNoteIsDescriptionAndManufacturerInOneLine()
+    {
+        const auto text = [](const char *latin1) { return QString::fromLatin1(latin1); };
+        QCOMPARE(serialPortNote(text("USB Serial Port"), text("FTDI")),
+                 text("USB Serial Port, FTDI"));
+        QCOMPARE(serialPortNote(text(" USB\nSerial \t Port"), text(" ")), text("USB Serial Port"));
+        QCOMPARE(serialPortNote(QString(), text("FTDI")), text("FTDI"));
+        QCOMPARE(serialPortNote(QString(), QString()), QString());
+    }
 };
 
 QTEST_MAIN(ConnectionPanelTest)
