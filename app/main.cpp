@@ -29,6 +29,10 @@ int main(int argc, char *argv[])
     }
 
     QApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("pelora-utility"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(PELORA_VERSION));
+    // By this name a Wayland desktop finds the icon and the title of its windows.
+    QGuiApplication::setDesktopFileName(QStringLiteral("pelora-utility"));
     useLightPalette();
     WindowSettings settings;
     settings.recorder = recorder.get();

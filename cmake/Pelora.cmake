@@ -1,4 +1,4 @@
-# Shared build rules: one options target and three small functions.
+# Shared build rules: one options target and a few small functions.
 
 add_library(pelora_options INTERFACE)
 target_compile_features(pelora_options INTERFACE cxx_std_20)
@@ -34,6 +34,14 @@ function(pelora_product target)
     set_target_properties(${target} PROPERTIES
       CXX_CLANG_TIDY "${PELORA_CLANG_TIDY_EXECUTABLE};--quiet;--warnings-as-errors=*")
   endif()
+endfunction()
+
+# pelora_program(<target>): a program that users get. It knows its version as PELORA_VERSION, the
+# one in the topmost CMakeLists.txt, and is installed.
+function(pelora_program target)
+  pelora_product(${target})
+  target_compile_definitions(${target} PRIVATE PELORA_VERSION="${PROJECT_VERSION}")
+  install(TARGETS ${target} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endfunction()
 
 # pelora_form_users(<form> <source>...): the sources include the form's generated header. Without this
