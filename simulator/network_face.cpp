@@ -103,7 +103,7 @@ void NetworkFace::onRequest(const QNetworkDatagram &datagram)
             Q_EMIT refused(index, QString::fromStdString(outcome.rejection));
         if (!outcome.note.empty())
             Q_EMIT obeyed(index, QString::fromStdString(outcome.note));
-        answer(module, outcome, datagram);
+        answer(i, outcome, datagram);
         if (outcome.restarts)
             restart(index);
     }
@@ -111,10 +111,13 @@ void NetworkFace::onRequest(const QNetworkDatagram &datagram)
         Q_EMIT refused(-1, QStringLiteral("frame rejected: no module has this MAC address"));
 }
 
-void NetworkFace::answer(const Module &module, const ModuleOutcome &outcome,
+void NetworkFace::answer(std::size_t index, const ModuleOutcome &outcome,
                          const QNetworkDatagram &request)
 {
-    std::chrono::milliseconds due{0};
+    // All at once, the answers of a large fleet would overrun the asker's socket.
+    constexpr std::size_t answersInAMillisecond = 4;
+    const Module &module = *modules_[index];
+    std::chrono::milliseconds due(index / answersInAMillisecond);
     for (const ModuleAnswer &part : outcome.answers) {
         due += part.wait;
         const auto send = [this, part, request,

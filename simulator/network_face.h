@@ -61,8 +61,7 @@ private:
 
     void readManagement();
     void onRequest(const QNetworkDatagram &datagram);
-    void answer(const Module &module, const ModuleOutcome &outcome,
-                const QNetworkDatagram &request);
+    void answer(std::size_t index, const ModuleOutcome &outcome, const QNetworkDatagram &request);
     void restart(int index);
     std::string listenForTraffic(Module &module);
     void followAddress(int index);

@@ -85,6 +85,22 @@ private Q_SLOTS:
         QCOMPARE(simulator.reports(), QByteArray());
     }
 
+    void allAnswerASearch()
+    {
+        SimulatorProcess simulator;
+        QCOMPARE(simulator.start(fleet(), 1000).size(), 1000);
+        QUdpSocket asker;
+        QVERIFY(asker.bind(QHostAddress(QHostAddress::LocalHost), 0));
+        QSet<QByteArray> macs;
+        connect(&asker, &QUdpSocket::readyRead, &asker, [&] {
+            while (asker.hasPendingDatagrams())
+                macs.insert(asker.receiveDatagram().data().mid(9, 6));
+        });
+        asker.writeDatagram(QByteArray("\xff\x01\x01\x02", 4),
+                            QHostAddress(QHostAddress::LocalHost), ports_.at(0).toUShort());
+        QTRY_COMPARE(macs.size(), 1000);
+    }
+
     void anAnswerToOneQuestionIsOneDatagram()
     {
         SimulatorProcess simulator;
