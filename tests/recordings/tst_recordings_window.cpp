@@ -111,7 +111,8 @@ private Q_SLOTS:
             s.device.reset();
             const CableSwitch device(*s.cable, theCase.device);
             WindowSettings settings = SerialWindow::quick();
-            settings.readBack.takeOver = 500ms; // the whole answer has come by then
+            // The whole answer has come by then, on a slow machine too.
+            settings.readBack.takeOver = 300ms + 10ms * theCase.recording.pieces.size();
             settings.networkLink.noAnswer = 200ms;
             s.start(settings);
             compare(s, theCase.expectation);
@@ -149,7 +150,7 @@ private:
                     values.remove(key);
             return values;
         };
-        QTRY_COMPARE(shownOfThem(), expected);
+        QTRY_COMPARE_WITH_TIMEOUT(shownOfThem(), expected, 30000);
         QVERIFY(bench.isGreen());
         QTRY_COMPARE(bench.user.texts(), expectation.notices);
     }
