@@ -1,0 +1,161 @@
+#include "desk.h"
+#include "support/pty_pair.h"
+
+#include <QTest>
+
+namespace {
+/// A terminal at which somebody types, and which shows what is typed.
+class Terminal : public PtyPair
+{
+public:
+    Terminal()
+    {
+        termios settings = {};
+        tcgetattr(masterDescriptor(), &settings);
+        settings.c_lflag |= ICANON | ECHO;
+        settings.c_iflag |= ICRNL;
+        tcsetattr(masterDescriptor(), TCSANOW, &settings);
+    }
+
+    /// Types `line` once `process` has asked with `question`.
+    bool answer(CtlProcess &process, const QByteArray &question, const QByteArray &line)
+    {
+        if (!process.hasComplained(question))
+            return false;
+        write(line + '\n');
+        return true;
+    }
+
+    /// Whether it shows what is typed.
+    bool shows() const
+    {
+        termios settings = {};
+        return tcgetattr(masterDescriptor(), &settings) == 0 && (settings.c_lflag & ECHO) != 0;
+    }
+};
+
+void startAt(const Terminal &terminal, CtlProcess &process, const QString &arguments)
+{
+    process.process.setStandardInputFile(terminal.path());
+    process.start(arguments.split(QLatin1Char(' '), Qt::SkipEmptyParts));
+}
+
+const QString moduleShow = QStringLiteral("--wait 200 module show -u admin -d module:Desk");
+} // namespace
+
+/// What peloractl asks for at a terminal.
+class CtlPromptsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aPasswordIsTypedUnseen()
+    {
+        SimulatorProcess simulator;
+        QCOMPARE(simulator
+                     .start({QStringLiteral("module"), QStringLiteral("--address"),
+                             QStringLiteral("192.0.2.7"), QStringLiteral("--name"),
+                             QStringLiteral("Desk"), QStringLiteral("--password"),
+                             QStringLiteral("s3cret")})
+                     .size(),
+                 1);
+        Terminal terminal;
+        CtlProcess process;
+        startAt(terminal, process, moduleShow);
+        QVERIFY(terminal.answer(process, "Password of the module: ", "s3cret"));
+        const CtlRun run = process.wait();
+        QVERIFY2(run.output.contains("name        Desk\n"), run.errors.constData());
+        QCOMPARE(run.status, 0);
+        QVERIFY(!terminal.read().contains("s3cret"));
+        QVERIFY(!(run.output + run.errors).contains("s3cret"));
+        QVERIFY(terminal.shows()); // as it was before
+    }
+
+    void aNewPasswordIsTypedTwice()
+    {
+        SimulatorProcess simulator;
+        QCOMPARE(simulator
+                     .start({QStringLiteral("module"), QStringLiteral("--address"),
+                             QStringLiteral("192.0.2.7"), QStringLiteral("--name"),
+                             QStringLiteral("Desk")})
+                     .size(),
+                 1);
+        const QString set = QStringLiteral("--wait 200 module set -u admin -d module:Desk "
+                                           "--new-password");
+        {
+            Terminal terminal;
+            CtlProcess process;
+            startAt(terminal, process, set);
+            QVERIFY(terminal.answer(process, "Password of the module: ", "admin"));
+            QVERIFY(terminal.answer(process, "New password: ", "one"));
+            QVERIFY(terminal.answer(process, "New password, again: ", "two"));
+            const CtlRun run = process.wait();
+            QCOMPARE(run.status, 2);
+            QVERIFY(run.errors.contains("the two new passwords differ; nothing was changed"));
+        }
+        Terminal terminal;
+        CtlProcess process;
+        startAt(terminal, process, set);
+        QVERIFY(terminal.answer(process, "Password of the module: ", "admin"));
+        QVERIFY(terminal.answer(process, "New password: ", "one"));
+        QVERIFY(terminal.answer(process, "New password, again: ", "one"));
+        CtlRun run = process.wait();
+        QVERIFY2(run.status == 0, run.errors.constData());
+        QVERIFY(!terminal.read().contains("one"));
+        Terminal again;
+        CtlProcess look;
+        startAt(again, look, moduleShow);
+        QVERIFY(again.answer(look, "Password of the module: ", "one"));
+        QCOMPARE(look.wait().status, 0);
+    }
+
+    void aPromptThatNobodyAnswersEndsIt()
+    {
+        Terminal terminal;
+        CtlProcess process;
+        startAt(terminal, process, moduleShow);
+        QVERIFY(process.hasComplained("Password of the module: "));
+        terminal.write("\x04"); // the end of what is typed
+        const CtlRun run = process.wait();
+        QCOMPARE(run.status, 2);
+        QVERIFY(run.errors.contains("nothing was typed"));
+    }
+
+    void aFactoryResetIsAskedFor_data()
+    {
+        QTest::addColumn<QByteArray>("typed");
+        QTest::addColumn<int>("status");
+        QTest::newRow("yes") << QByteArray("y") << 0;
+        QTest::newRow("the whole word") << QByteArray("Yes") << 0;
+        QTest::newRow("no") << QByteArray("n") << 2;
+        QTest::newRow("nothing") << QByteArray("") << 2;
+    }
+
+    void aFactoryResetIsAskedFor()
+    {
+        QFETCH(QByteArray, typed);
+        QFETCH(int, status);
+        const Desk desk;
+        Terminal terminal;
+        CtlProcess process;
+        startAt(terminal, process, desk.option() + QStringLiteral("reset factory"));
+        QVERIFY(terminal.answer(process, "Delete every setting of udp:127.0.0.1:", typed));
+        QCOMPARE(process.wait().status, status);
+        QCOMPARE(desk.sentCommands(), status == 0 ? QByteArrayList{"//F\r"} : QByteArrayList());
+    }
+
+    void manySwitchesAreOneQuestion()
+    {
+        const Desk one;
+        const Desk other;
+        Terminal terminal;
+        CtlProcess process;
+        startAt(terminal, process, one.option() + other.option() + QStringLiteral("reset factory"));
+        QVERIFY(terminal.answer(process, "Delete every setting of 2 switches? [y/N] ", "n"));
+        QCOMPARE(process.wait().status, 2);
+        QVERIFY(one.commands().isEmpty() && other.commands().isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(CtlPromptsTest)
+#include "tst_ctl_prompts.moc"
