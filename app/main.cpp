@@ -1,5 +1,6 @@
 #include "app/command_line.h"
 #include "app/main_window.h"
+#include "app/screen_fit.h"
 #include "log/window_dress.h"
 #include "session/link_recorder.h"
 
@@ -36,6 +37,7 @@ int main(int argc, char *argv[])
     useLightPalette();
     WindowSettings settings;
     settings.recorder = recorder.get();
+    settings.scale = scaleOnPrimaryScreen(KM_Configuration_Tool_Norvik::windowSize);
     KM_Configuration_Tool_Norvik window(nullptr, settings);
     window.show();
     return QApplication::exec();

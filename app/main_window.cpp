@@ -1,5 +1,6 @@
 #include "app/main_window.h"
 
+#include "app/screen_fit.h"
 #include "app/selector_wheel.h"
 #include "log/event_log.h"
 #include "log/notices.h"
@@ -11,10 +12,11 @@
 namespace {
 using Form = Ui::TRQ_Mobile_Setter_UI;
 
-std::unique_ptr<Form> makeForm(KM_Configuration_Tool_Norvik &window)
+std::unique_ptr<Form> makeForm(KM_Configuration_Tool_Norvik &window, double scale)
 {
     auto form = std::make_unique<Form>();
     form->setupUi(&window);
+    shrinkForm(window, scale);
     return form;
 }
 
@@ -81,7 +83,6 @@ ReplyApplication::Widgets replyWidgets(const Form &form)
             form.comboBox_Select_Display_Mode};
 }
 
-constexpr QSize windowSize(1305, 693);
 constexpr QSize refreshIconSize(25, 25);
 
 enum Page { configurationPage, mousePage, layoutPage };
@@ -97,7 +98,7 @@ ConnectionWizard::Settings wizardSettings(const WindowSettings &settings)
 KM_Configuration_Tool_Norvik::KM_Configuration_Tool_Norvik(
     QWidget *parent, const WindowSettings &settings,
     const std::optional<SettingsFile::Dialogs> &fileDialogs)
-    : QMainWindow(parent), ui_(makeForm(*this)),
+    : QMainWindow(parent), ui_(makeForm(*this, settings.scale)),
       pages_(*ui_->stackedWidget, {ui_->ConfigurationBtn, ui_->pushButton_Mouse_Speed_Settings,
                                    ui_->TopologyAndDisplayBtn}),
       terminal_(*ui_->textEdit_Main_Terminal), controls_(connectionWidgets(*ui_)),
@@ -126,11 +127,11 @@ KM_Configuration_Tool_Norvik::KM_Configuration_Tool_Norvik(
           [this] { return kmType; }, [this] { readBack_.readPlainly(); }, settings.settingsFile,
           fileDialogs ? *fileDialogs : SettingsFile::Dialogs::real(*this))
 {
-    dressWindow(*this, windowSize);
+    dressWindow(*this, windowSize * settings.scale);
     setNoticeWindow(this);
     setFocusPolicy(Qt::StrongFocus);
     takeWheelOnlyWithFocus(*this);
-    ui_->pushButton_Refresh->setIconSize(refreshIconSize);
+    ui_->pushButton_Refresh->setIconSize(refreshIconSize * settings.scale);
     ui_->pushButton_Refresh->setIcon(QIcon(QStringLiteral(":/img/logos/refresh.png")));
     on_ConfigurationBtn_clicked();
     controls_.showDisconnected();

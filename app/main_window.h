@@ -20,6 +20,7 @@
 #include "settingsfile/settings_file_handler.h"
 
 #include <QMainWindow>
+#include <QSize>
 #include <memory>
 #include <optional>
 #include <string>
@@ -28,7 +29,7 @@ namespace Ui {
 class TRQ_Mobile_Setter_UI;
 }
 
-/// Every delay, address and port of the program, with the real values as defaults.
+/// Every delay, address, port and size of the program, with the real values as defaults.
 struct WindowSettings
 {
     DeviceLinkSettings networkLink;
@@ -40,6 +41,7 @@ struct WindowSettings
     MouseSettings::Timing mouse;
     SettingsFile::Timing settingsFile;
     LinkRecorder *recorder = nullptr; ///< keeps what passes; must outlive the window
+    double scale = 1; ///< of the window and what stands in it, at most 1: for a small screen
 };
 
 /// The main window: owns the form and one object per subsystem. Its slots are doors that hand over
@@ -49,6 +51,8 @@ class KM_Configuration_Tool_Norvik : public QMainWindow
     Q_OBJECT
 
 public:
+    static constexpr QSize windowSize{1305, 693}; ///< fixed; at scale 1
+
     /// `fileDialogs` stands for the real file dialogs where it is given.
     explicit KM_Configuration_Tool_Norvik(
         QWidget *parent = nullptr, const WindowSettings &settings = {},
