@@ -16,6 +16,10 @@ std::unique_ptr<Form> makeForm(KM_Configuration_Tool_Norvik &window, double scal
 {
     auto form = std::make_unique<Form>();
     form->setupUi(&window);
+    // A form takes pictures as they are; an icon has one for sharp screens as well.
+    const QSize logoSize = form->label_52->pixmap(Qt::ReturnByValue).size();
+    form->label_52->setPixmap(
+        QIcon(QStringLiteral(":/img/logos/rsz_norvik_image.png")).pixmap(logoSize));
     shrinkForm(window, scale);
     return form;
 }

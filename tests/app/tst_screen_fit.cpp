@@ -103,6 +103,7 @@ private Q_SLOTS:
         QTest::newRow("1024 x 600") << QSize(1024, 560) << 1.0 << 0.760;
         QTest::newRow("1366 x 768 at 125 %") << QSize(1092, 574) << 1.25 << 0.777;
         QTest::newRow("Full HD at 150 %") << QSize(1280, 680) << 1.5 << 0.934;
+        QTest::newRow("where an edge would end in a pixel") << QSize(1280, 563) << 1.75 << 0.760;
         QTest::newRow("Full HD at 175 %") << QSize(1097, 577) << 1.75 << 0.782;
         QTest::newRow("4K at 350 %") << QSize(1097, 577) << 3.5 << 0.782;
         QTest::newRow("upright") << QSize(600, 1024) << 1.0 << 0.457;
