@@ -1,6 +1,7 @@
 #include "app/command_line.h"
 #include "app/main_window.h"
 #include "app/screen_fit.h"
+#include "app/window_ghosting.h"
 #include "log/window_dress.h"
 #include "session/link_recorder.h"
 
@@ -29,6 +30,7 @@ int main(int argc, char *argv[])
                                         .arg(recordFile, recorder->problem())));
     }
 
+    switchWindowGhostingOff();
     QApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("pelora-utility"));
     QCoreApplication::setApplicationVersion(QStringLiteral(PELORA_VERSION));
