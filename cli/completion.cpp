@@ -21,31 +21,61 @@ std::vector<CLI::App *> commandsOf(CLI::App &app)
     return app.get_subcommands([](CLI::App *) { return true; });
 }
 
-/// The options of `app` with their dashes.
-Words optionsOf(const CLI::App &app)
+/// The names of `option` with their dashes.
+Words namesOf(const CLI::Option &option)
+{
+    Words words;
+    for (const std::string &name : option.get_snames())
+        words.push_back("-" + name);
+    for (const std::string &name : option.get_lnames())
+        words.push_back("--" + name);
+    return words;
+}
+
+void append(Words &words, const Words &more)
+{
+    words.insert(words.end(), more.begin(), more.end());
+}
+
+/// The options of `app` with their dashes, of those that `counts` picks.
+template <typename Counts>
+Words optionsOf(const CLI::App &app, Counts counts)
 {
     Words words;
     for (const CLI::Option *option : app.get_options()) {
-        for (const std::string &name : option->get_snames())
-            words.push_back("-" + name);
-        for (const std::string &name : option->get_lnames())
-            words.push_back("--" + name);
+        if (!option->get_positional() && counts(*option))
+            append(words, namesOf(*option));
     }
     return words;
 }
 
-/// The options whose value is a file.
-Words fileOptionsOf(const CLI::App &app)
+Words optionsOf(const CLI::App &app)
 {
-    Words words;
-    for (const CLI::Option *option : app.get_options()) {
-        if (option->get_type_name() != "FILE" || option->get_positional())
-            continue;
-        for (const std::string &name : option->get_snames())
-            words.push_back("-" + name);
-        for (const std::string &name : option->get_lnames())
-            words.push_back("--" + name);
-    }
+    return optionsOf(app, [](const CLI::Option &) { return true; });
+}
+
+bool takesValue(const CLI::Option &option)
+{
+    return option.get_items_expected_max() > 0;
+}
+
+bool takesFile(const CLI::Option &option)
+{
+    return option.get_type_name() == "FILE";
+}
+
+bool takesDevice(const CLI::Option &option)
+{
+    return option.get_type_name() == "DEVICE";
+}
+
+/// The options of `app` and of all commands, of those that `counts` picks.
+template <typename Counts>
+Words allOptions(CLI::App &app, Counts counts)
+{
+    Words words = optionsOf(app, counts);
+    for (CLI::App *command : commandsOf(app))
+        append(words, allOptions(*command, counts));
     return words;
 }
 
@@ -89,61 +119,90 @@ bool takesFile(const CLI::App &command)
     return command.get_option_no_throw("file") != nullptr;
 }
 
-/// A `case` of words: the command as typed, "module set" for one behind another.
-void addCase(std::string &text, CLI::App &command, const std::string &name)
+const std::string deviceHeads = "serial: udp: module:"; // NOLINT(cert-err58-cpp): cannot throw
+
+/// A `case` for each command as typed, "module set" for one behind another, and a pattern for each
+/// word that leads to one.
+void addCases(std::string &cases, Words &patterns, CLI::App &app, const std::string &name)
 {
-    text += "    '" + name + "') words='" + joined(argumentsOf(command)) + " " +
-            joined(optionsOf(command)) + "'" + (takesFile(command) ? "; files=yes" : "") + " ;;\n";
-    for (CLI::App *sub : commandsOf(command))
-        addCase(text, *sub, name + " " + sub->get_name());
+    for (CLI::App *command : commandsOf(app)) {
+        const std::string full =
+            name.empty() ? command->get_name() : name + " " + command->get_name();
+        patterns.push_back("'" + name + " " + command->get_name() + "'");
+        cases += "    '" + full + "') words='" + joined(argumentsOf(*command)) + "' options='" +
+                 joined(optionsOf(*command)) + "'" + (takesFile(*command) ? " files=yes" : "") +
+                 " ;;\n";
+        addCases(cases, patterns, *command, full);
+    }
 }
 
-/// Bash; zsh reads the same through bashcompinit.
-std::string bashCompletion(CLI::App &app)
+/// For bash, and for zsh by way of its bashcompinit. What has been typed is split at blanks here,
+/// since bash splits it at ":" and "=" too, so that "module:DESK-7" would look like a command.
+/// `readWords` is the shell's way to read a line into an array.
+std::string bashCompletion(CLI::App &app, const std::string &readWords)
 {
-    Words names;
     std::string cases;
-    std::string nested;
-    Words files = fileOptionsOf(app);
-    for (CLI::App *command : commandsOf(app)) {
-        names.push_back(command->get_name());
-        addCase(cases, *command, command->get_name());
-        for (CLI::App *sub : commandsOf(*command)) {
-            for (const std::string &word : fileOptionsOf(*sub))
-                files.push_back(word);
-        }
-        if (!commandsOf(*command).empty())
-            nested += (nested.empty() ? "" : "|") + command->get_name();
-    }
+    Words patterns;
+    addCases(cases, patterns, app, {});
     return "_peloractl() {\n"
-           "  local word=${COMP_WORDS[COMP_CWORD]} last=${COMP_WORDS[COMP_CWORD-1]}\n"
-           "  local command= words= files= at one\n"
-           "  COMPREPLY=()\n"
-           "  case $last in " +
-           joined(files, "|") +
-           ") COMPREPLY=($(compgen -f -- \"$word\")); return ;; esac\n"
-           "  for ((at = 1; at < COMP_CWORD; at++)); do\n"
-           "    one=${COMP_WORDS[at]}\n"
-           "    case $command in\n"
-           "      '') case $one in " +
-           joined(names, "|") +
-           ") command=$one ;; esac ;;\n"
+           "  local line=${COMP_LINE:0:$COMP_POINT} current one option= command= words= options= "
+           "files=\n"
+           "  local -a typed\n"
+           "  current=${line##*[[:blank:]]}\n"
+           "  " +
+           readWords +
+           " typed <<< \"${line%\"$current\"}\"\n"
+           "  for one in \"${typed[@]}\"; do\n"
+           "    [ -n \"$one\" ] || continue\n" // zsh reads one behind the last blank
+           "    if [ -n \"$option\" ]; then option=; continue; fi\n"
+           "    case $one in\n"
            "      " +
-           nested +
-           ") case $one in -*) ;; *) command=\"$command $one\" ;; esac ;;\n"
+           joined(allOptions(app, takesValue), "|") +
+           ") option=$one; continue ;;\n"
+           "    esac\n"
+           "    case \"$command $one\" in\n"
+           "      " +
+           joined(patterns, "|") +
+           ") command=\"${command:+$command }$one\" ;;\n"
            "    esac\n"
            "  done\n"
            "  case $command in\n"
            "    '') words='" +
-           joined(names) + "' ;;\n" + cases +
+           joined(argumentsOf(app)) + "' ;;\n" + cases +
            "  esac\n"
-           "  COMPREPLY=($(compgen -W \"$words " +
+           "  case $current in -*) files= words=\"$options " +
            joined(optionsOf(app)) +
-           "\" -- \"$word\"))\n"
-           "  [ -z \"$files\" ] || COMPREPLY+=($(compgen -f -- \"$word\"))\n"
-           "  case ${COMPREPLY[0]-} in *=) compopt -o nospace 2>/dev/null ;; esac\n"
+           "\" ;; esac\n"
+           "  case $option in\n"
+           "    '') ;;\n"
+           "    " +
+           joined(allOptions(app, [](const auto &option) { return takesFile(option); }), "|") +
+           ") words= files=yes ;;\n"
+           "    " +
+           joined(allOptions(app, takesDevice), "|") + ") words='" + deviceHeads +
+           "' files= ;;\n"
+           "    *) words= files= ;;\n"
+           "  esac\n"
+           "  COMPREPLY=()\n"
+           "  case $current in *[=:]*) words= ;; esac\n"
+           "  for one in $(compgen -W \"$words\" -- \"$current\"); do\n"
+           "    case $one in *[=:]) ;; *) one=\"$one \" ;; esac\n"
+           "    COMPREPLY+=(\"$one\")\n"
+           "  done\n"
+           "  [ -n \"$files\" ] || return 0\n"
+           "  local IFS=$'\\n'\n"
+           "  COMPREPLY+=($(compgen -f -- \"$2\"))\n"
+           "  compopt -o filenames +o nospace 2>/dev/null\n"
+           "  return 0\n"
            "}\n"
-           "complete -o filenames -F _peloractl peloractl\n";
+           "complete -o nospace -F _peloractl peloractl\n";
+}
+
+std::string zshCompletion(CLI::App &app)
+{
+    return "(( $+functions[compdef] )) || { autoload -U compinit && compinit -i }\n"
+           "autoload -U +X bashcompinit && bashcompinit\n" +
+           bashCompletion(app, "read -rA");
 }
 
 std::string quoted(const std::string &text)
@@ -164,35 +223,62 @@ void addFishOptions(std::string &text, const CLI::App &app, const std::string &c
             text += " -s " + name;
         for (const std::string &name : option->get_lnames())
             text += " -l " + name;
-        if (option->get_type_size() > 0)
-            text += option->get_type_name() == "FILE" ? " -r -F" : " -x";
+        if (takesValue(*option))
+            text += takesFile(*option) ? " -r -F" : " -x";
+        if (takesDevice(*option))
+            text += " -a " + quoted(deviceHeads);
         text += " -d " + quoted(option->get_description()) + "\n";
     }
 }
 
-void addFishCommand(std::string &text, CLI::App &command)
+/// What may stand behind `app`, which is typed as `name`: the program itself without one.
+void addFishCommand(std::string &text, CLI::App &app, const std::string &name)
 {
-    const std::string condition =
-        " -n " + quoted("__fish_seen_subcommand_from " + command.get_name());
-    const Words words = argumentsOf(command);
-    if (!words.empty())
+    const std::string condition = " -n " + quoted("__peloractl_at " + name);
+    const std::vector<CLI::App *> commands = commandsOf(app);
+    for (const CLI::App *command : commands)
+        text += "complete -c peloractl" + condition + " -a " + command->get_name() + " -d " +
+                quoted(command->get_description()) + "\n";
+    if (const Words words = argumentsOf(app); commands.empty() && !words.empty())
         text += "complete -c peloractl" + condition + " -a " + quoted(joined(words)) + "\n";
-    if (takesFile(command))
+    if (takesFile(app))
         text += "complete -c peloractl" + condition + " -F\n";
-    addFishOptions(text, command, condition);
-    for (CLI::App *sub : commandsOf(command))
-        addFishCommand(text, *sub);
+    if (!name.empty())
+        addFishOptions(text, app, condition);
+    for (CLI::App *command : commands)
+        addFishCommand(text, *command,
+                       name.empty() ? command->get_name() : name + " " + command->get_name());
 }
 
 std::string fishCompletion(CLI::App &app)
 {
-    std::string text = "complete -c peloractl -f\n";
+    std::string cases;
+    Words patterns;
+    addCases(cases, patterns, app, {});
+    std::string text =
+        "function __peloractl_at --description 'Whether these are the commands so far'\n"
+        "  set -l typed (commandline -opc)\n"
+        "  set -e typed[1]\n"
+        "  set -l command\n"
+        "  set -l option\n"
+        "  for one in $typed\n"
+        "    if test -n \"$option\"\n"
+        "      set option\n"
+        "    else if contains -- $one " +
+        joined(allOptions(app, takesValue)) +
+        "\n"
+        "      set option $one\n"
+        "    else if contains -- \"$command $one\" " +
+        joined(patterns) +
+        "\n"
+        "      set -a command $one\n"
+        "    end\n"
+        "  end\n"
+        "  test \"$command\" = \"$argv\"\n"
+        "end\n"
+        "complete -c peloractl -f\n";
     addFishOptions(text, app, "");
-    for (CLI::App *command : commandsOf(app)) {
-        text += "complete -c peloractl -n __fish_use_subcommand -a " + command->get_name() +
-                " -d " + quoted(command->get_description()) + "\n";
-        addFishCommand(text, *command);
-    }
+    addFishCommand(text, app, {});
     return text;
 }
 } // namespace
@@ -203,6 +289,5 @@ std::string completionFor(const std::string &shell)
     const std::unique_ptr<CLI::App> app = commandLine(unused);
     if (shell == "fish")
         return fishCompletion(*app);
-    const std::string bash = bashCompletion(*app);
-    return shell == "bash" ? bash : "autoload -U +X bashcompinit && bashcompinit\n" + bash;
+    return shell == "bash" ? bashCompletion(*app, "read -ra") : zshCompletion(*app);
 }
