@@ -83,6 +83,9 @@ Program::Program(Options options, Printer &printer, QObject *parent)
 {
     world_.options = options_;
     world_.network.roads = broadcastRoads();
+    // Another run of this program has the port for the time of its own search.
+    world_.network.portPatience =
+        std::chrono::milliseconds(options_.timeout) * (options_.retries + 1);
     world_.network.collection = std::chrono::milliseconds(options_.wait);
     world_.network.loginAnswer = std::chrono::milliseconds(options_.timeout);
     world_.network.loginRetries = options_.retries;

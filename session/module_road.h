@@ -19,11 +19,13 @@ struct ModuleNetwork
 {
     QHostAddress localAddress{QHostAddress::AnyIPv4}; ///< where the sockets are bound
     quint16 discoveryPort = 4242;                     ///< where modules answer a search; 0 is any
-    quint16 modulePort = 1901;                        ///< where modules listen
-    QList<ModuleRoad> roads = {ModuleRoad()};         ///< by which a search leaves
-    std::chrono::milliseconds collection{1500};       ///< how long answers to a search are taken
-    std::chrono::milliseconds loginAnswer{1000};      ///< longest wait for the answer to a login
-    int loginRetries = 2;                             ///< further logins after the first
+    /// How long a search waits for the discovery port while another program has it.
+    std::chrono::milliseconds portPatience{0};
+    quint16 modulePort = 1901;                   ///< where modules listen
+    QList<ModuleRoad> roads = {ModuleRoad()};    ///< by which a search leaves
+    std::chrono::milliseconds collection{1500};  ///< how long answers to a search are taken
+    std::chrono::milliseconds loginAnswer{1000}; ///< longest wait for the answer to a login
+    int loginRetries = 2;                        ///< further logins after the first
 };
 
 /// One road for each interface that is up and can broadcast over IPv4, loopback aside. Where there

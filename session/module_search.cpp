@@ -4,12 +4,18 @@
 
 #include <utility>
 
+namespace {
+constexpr std::chrono::milliseconds betweenAttempts{50};
+}
+
 ModuleSearch::ModuleSearch(ModuleNetwork network, QObject *parent)
     : QObject(parent), network_(std::move(network))
 {
     end_.setSingleShot(true);
     end_.setTimerType(Qt::PreciseTimer);
     connect(&end_, &QTimer::timeout, this, &ModuleSearch::finish);
+    again_.setSingleShot(true);
+    connect(&again_, &QTimer::timeout, this, &ModuleSearch::begin);
     connect(&socket_, &QUdpSocket::readyRead, this, &ModuleSearch::read);
 }
 
@@ -22,7 +28,17 @@ void ModuleSearch::start()
 {
     result_ = {};
     known_.clear();
+    sinceStart_.start();
+    begin();
+}
+
+void ModuleSearch::begin()
+{
     if (!socket_.bind(network_.localAddress, network_.discoveryPort)) {
+        if (sinceStart_.elapsed() < network_.portPatience.count()) {
+            again_.start(betweenAttempts);
+            return;
+        }
         result_.problem = socket_.errorString();
         Q_EMIT finished(result_);
         return;

@@ -3,6 +3,7 @@
 #include "device/usr_frame.h"
 #include "session/module_road.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QSet>
 #include <QTimer>
@@ -34,8 +35,8 @@ public:
     explicit ModuleSearch(ModuleNetwork network = {}, QObject *parent = nullptr);
     ~ModuleSearch() override;
 
-    /// Begins; finished() follows, from within this call where the discovery port is in use. May
-    /// begin again afterwards.
+    /// Begins; finished() follows, from within this call where the discovery port is in use
+    /// and not to be waited for. May begin again afterwards.
     void start();
 
 Q_SIGNALS:
@@ -46,6 +47,7 @@ Q_SIGNALS:
     void received(const QByteArray &reply);
 
 private:
+    void begin();
     void read();
     void take(const QNetworkDatagram &datagram);
     void finish();
@@ -53,6 +55,8 @@ private:
     ModuleNetwork network_;
     QUdpSocket socket_;
     QTimer end_;
+    QElapsedTimer sinceStart_;
+    QTimer again_; ///< until the discovery port is tried again
     ModuleSearchResult result_;
     QSet<QString> known_; ///< MACs
 };

@@ -83,7 +83,7 @@ private Q_SLOTS:
     {
         QUdpSocket other;
         QVERIFY(other.bind(QHostAddress(QHostAddress::AnyIPv4), 4242));
-        const CtlRun run = ctlIn(QStringLiteral("discover"));
+        const CtlRun run = ctlIn(QStringLiteral("--timeout 100 --retries 1 discover"));
         QCOMPARE(run.status, 3);
         QVERIFY(run.errors.contains("UDP port 4242 cannot be had"));
     }

@@ -171,6 +171,29 @@ private Q_SLOTS:
         QVERIFY(module.requests().isEmpty());
     }
 
+    void aDiscoveryPortInUseIsWaitedFor()
+    {
+        UdpModule module;
+        module.searchAnswers = {UdpModule::discoveryReply(deskMac)};
+        QUdpSocket other;
+        QVERIFY(other.bind(QHostAddress(QHostAddress::LocalHost), 0,
+                           QAbstractSocket::DontShareAddress));
+        ModuleNetwork network = networkOf(module);
+        network.discoveryPort = other.localPort();
+        network.portPatience = 1min;
+        ModuleSearch moduleSearch(network);
+        QList<ModuleSearchResult> results;
+        connect(&moduleSearch, &ModuleSearch::finished, this,
+                [&](const ModuleSearchResult &result) { results.append(result); });
+        moduleSearch.start();
+        QCoreApplication::processEvents();
+        QVERIFY(results.isEmpty());
+        other.close();
+        QTRY_COMPARE(results.size(), 1);
+        QVERIFY(results.first().problem.isEmpty());
+        QCOMPARE(results.first().modules.size(), 1);
+    }
+
     void aSearchCanBeginAgain()
     {
         UdpModule module;
