@@ -6,11 +6,16 @@
 
 /// The user guide's tables of messages against the texts in the sources, both ways.
 namespace {
-/// A text as the guide writes it: "…" for what is filled in, no blanks around it.
+/// A text as the guide writes it: "…" for what is filled in and behind a colon, on one line.
 QString asInTheGuide(QString text)
 {
     static const QRegularExpression place(QStringLiteral("%[0-9]"));
-    return text.replace(place, QStringLiteral("\u2026")).trimmed();
+    text.replace(place, QStringLiteral("\u2026"));
+    text.replace(QStringLiteral("\\n"), QStringLiteral(" "));
+    text.replace(QStringLiteral("\\\""), QStringLiteral("\""));
+    if (text.endsWith(QStringLiteral(": ")))
+        text += QStringLiteral("\u2026");
+    return text.trimmed();
 }
 
 QString contentOf(const QString &path)
@@ -60,6 +65,13 @@ const QSet<QString> noMessages = {
     QStringLiteral("Channel %1"),
     QStringLiteral("%1, row %2, column %3"),
     QStringLiteral(", inactive"),
+    // what --help says
+    QStringLiteral("Configures the Norvik Pelora keyboard-and-mouse switch."),
+    QStringLiteral("Keep everything that passes on the link in FILE, as JSON lines without module "
+                   "passwords."),
+    QStringLiteral("Show the version and end."),
+    QStringLiteral("Show this help and end."),
+    QStringLiteral("\\nQt's own options, such as -platform and -style, are taken as well.\\n"),
     // help where the layout is arranged
     QStringLiteral("Drag a display with the mouse, or move the one in focus with Ctrl and an arrow "
                    "key.\\nOne that is dropped on another goes back"),
