@@ -54,6 +54,7 @@ options:
   file:
     description:
       - A settings file on the machine where the task runs. Excludes the single settings.
+      - With a local connection a relative path begins at the playbook's folder.
     type: path
   force:
     description:
