@@ -68,8 +68,10 @@ DeviceReport ChangeTask::reportOn(const ChangeResult &result) const
         return failureReport(ExitStatus::Usage, result.message);
     case ChangeResult::Outcome::Failed:
         report = reportOf(result.error);
-        if (!result.sent.empty())
+        if (!result.sent.empty()) {
             report.failure->message += QStringLiteral("; sent before: ") + commandList(result.sent);
+            report.members.insert(QStringLiteral("sent"), commandsJson(result.sent));
+        }
         break;
     case ChangeResult::Outcome::NotTaken:
         report.failure = refusal(result.refused);

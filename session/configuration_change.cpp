@@ -25,9 +25,9 @@ std::vector<SettingDifference> outstanding(const SwitchConfiguration &now,
 
 std::vector<SettingKey> keysOf(const std::vector<SettingDifference> &found)
 {
-    std::vector<SettingKey> keys;
-    for (const SettingDifference &difference : found)
-        keys.push_back(difference.key);
+    std::vector<SettingKey> keys(found.size());
+    std::transform(found.begin(), found.end(), keys.begin(),
+                   [](const SettingDifference &difference) { return difference.key; });
     return keys;
 }
 } // namespace

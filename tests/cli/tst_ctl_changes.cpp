@@ -245,11 +245,13 @@ private Q_SLOTS:
         CtlProcess process;
         // A rest of two seconds lies between the halves.
         process.start({QStringLiteral("-d"), QStringLiteral("serial:") + desk.link(),
-                       QStringLiteral("set"), QStringLiteral("km-control=3"),
-                       QStringLiteral("buzzer=off")});
+                       QStringLiteral("--json"), QStringLiteral("set"),
+                       QStringLiteral("km-control=3"), QStringLiteral("buzzer=off")});
         QTRY_COMPARE_WITH_TIMEOUT(desk.state("KM control"), QByteArray("KM control: 3"), 20000);
         desk.simulator.type("unplug");
         const CtlRun run = process.wait();
+        QCOMPARE(run.object().value(QStringLiteral("sent")).toArray(),
+                 QJsonArray{QStringLiteral("//c3")});
         QCOMPARE(run.status, 3);
         QVERIFY2(run.errors.contains("the connection was lost"), run.errors.constData());
         QVERIFY2(run.errors.contains("sent before: //c3\n"), run.errors.constData());

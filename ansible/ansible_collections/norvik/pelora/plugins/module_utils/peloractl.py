@@ -53,8 +53,8 @@ class Peloractl:
             msg=error.get("message") or "; ".join(complaints) or "peloractl ended without a word",
             kind=error.get("kind") or KINDS.get(status, "internal"),
             status=status,
-            changed=bool(answer.get("changes")),
-            **{key: answer[key] for key in ("configuration", "changes") if key in answer}
+            changed=bool(answer.get("changes") or answer.get("sent")),
+            **{key: answer[key] for key in ("configuration", "changes", "sent") if key in answer}
         )
 
     def _program(self, executable):
