@@ -6,6 +6,9 @@
 #include <QCoreApplication>
 #include <csignal>
 #include <iostream>
+#ifdef Q_OS_WIN
+#include <windows.h>
+#endif
 
 namespace {
 int statusOf(ExitStatus status)
@@ -41,6 +44,9 @@ int main(int argc, char *argv[])
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("peloractl"));
     QCoreApplication::setApplicationVersion(QStringLiteral(PELORA_VERSION));
+#ifdef Q_OS_WIN
+    SetConsoleOutputCP(CP_UTF8);
+#endif
 #ifdef SIGPIPE
     // Whoever reads may go, as head does; what is under way with a switch is done to its end.
     std::signal(SIGPIPE, SIG_IGN);

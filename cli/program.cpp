@@ -1,6 +1,7 @@
 #include "cli/program.h"
 
 #include "cli/listings.h"
+#include "cli/open_files.h"
 #include "cli/passwords.h"
 #include "session/link_recorder.h"
 #include "session/udp_switch_link.h"
@@ -57,8 +58,17 @@ bool isForModule(Options::Command command)
 /// How many devices at the same time. Watching one has no end, so all begin at once.
 int jobsFor(const Options &options, const std::vector<Device> &devices)
 {
-    return options.command == Options::Command::Watch ? static_cast<int>(devices.size())
-                                                      : options.jobs;
+    const int most = mostDevicesAtOnce();
+    if (options.command != Options::Command::Watch)
+        return std::min(options.jobs, most);
+    const auto all = static_cast<int>(devices.size());
+    if (all > most)
+        throw UsageError(
+            QStringLiteral("%1 devices cannot be watched at once: the system allows %2 "
+                           "(ulimit -Hn); watch fewer")
+                .arg(all)
+                .arg(most));
+    return all;
 }
 
 /// Throws where two devices are one module, or a module and an address are the same.

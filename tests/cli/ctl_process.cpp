@@ -51,6 +51,8 @@ void CtlProcess::start(const QStringList &arguments, const QByteArray &input)
     process.start(QStringLiteral(CTL_PROGRAM), arguments);
     if (!process.waitForStarted())
         qFatal("peloractl did not start");
+    if (!process.isWritable())
+        return; // its input is a terminal
     process.write(input);
     process.closeWriteChannel();
 }

@@ -4,6 +4,7 @@
 #include <QTest>
 #include <csignal>
 #include <memory>
+#include <sys/resource.h>
 #include <vector>
 
 namespace {
@@ -245,6 +246,44 @@ private Q_SLOTS:
         QVERIFY(process.hasSaid("desk-1 usb-control 3\n"));
         QVERIFY(process.hasSaid("desk-2 usb-control 3\n")); // all at once, whatever the jobs
         ::kill(static_cast<pid_t>(process.process.processId()), SIGTERM);
+        QCOMPARE(process.wait().status, 130);
+    }
+
+    void whereTheSystemAllowsFewOpenFilesItTakesTurns()
+    {
+        Floor floor(60);
+        const auto allowFew = [](CtlProcess &process) {
+            process.process.setChildProcessModifier([] {
+                const rlimit limit{40, 40};
+                ::setrlimit(RLIMIT_NOFILE, &limit);
+            });
+        };
+        CtlProcess process;
+        allowFew(process);
+        process.start(QStringList{QStringLiteral("get"), QStringLiteral("buzzer")} + floor.list());
+        CtlRun run = process.wait();
+        QVERIFY2(run.status == 0, run.errors.constData());
+        QCOMPARE(run.errors, QByteArray("peloractl: 60 done, 0 failed, of 60\n"));
+        CtlProcess watch;
+        allowFew(watch);
+        watch.start(QStringList{QStringLiteral("watch")} + floor.list());
+        run = watch.wait();
+        QCOMPARE(run.status, 2);
+        QVERIFY2(run.errors.contains("60 devices cannot be watched at once: the system allows 8"),
+                 run.errors.constData());
+    }
+
+    void aSoftLimitIsRaised()
+    {
+        Floor floor(60);
+        CtlProcess process;
+        process.process.setChildProcessModifier([] {
+            const rlimit limit{40, 200};
+            ::setrlimit(RLIMIT_NOFILE, &limit);
+        });
+        process.start(QStringList{QStringLiteral("watch")} + floor.list());
+        QVERIFY(process.hasSaid("desk-60 usb-control 3\n"));
+        ::kill(static_cast<pid_t>(process.process.processId()), SIGINT);
         QCOMPARE(process.wait().status, 130);
     }
 

@@ -43,7 +43,7 @@ void startAt(const Terminal &terminal, CtlProcess &process, const QString &argum
 const QString moduleShow = QStringLiteral("--wait 200 module show -u admin -d module:Desk");
 } // namespace
 
-/// What peloractl asks for at a terminal.
+/// What peloractl asks for and shows at a terminal.
 class CtlPromptsTest : public QObject
 {
     Q_OBJECT
@@ -142,6 +142,55 @@ private Q_SLOTS:
         QVERIFY(terminal.answer(process, "Delete every setting of udp:127.0.0.1:", typed));
         QCOMPARE(process.wait().status, status);
         QCOMPARE(desk.sentCommands(), status == 0 ? QByteArrayList{"//F\r"} : QByteArrayList());
+    }
+
+    void aTerminalShowsTheNamesBoldUnlessTheUserWantsNoColours_data()
+    {
+        QTest::addColumn<bool>("noColour");
+        QTest::addColumn<QByteArray>("heading");
+        QTest::newRow("as it is") << false << QByteArray("\x1b[1mudp:127.0.0.1:");
+        QTest::newRow("NO_COLOR") << true << QByteArray("udp:127.0.0.1:");
+    }
+
+    void aTerminalShowsTheNamesBoldUnlessTheUserWantsNoColours()
+    {
+        QFETCH(bool, noColour);
+        QFETCH(QByteArray, heading);
+        const Desk one;
+        const Desk other;
+        PtyPair terminal;
+        CtlProcess process;
+        QProcessEnvironment environment = process.process.processEnvironment();
+        environment.remove(QStringLiteral("NO_COLOR"));
+        if (noColour)
+            environment.insert(QStringLiteral("NO_COLOR"), QStringLiteral("1"));
+        process.process.setProcessEnvironment(environment);
+        process.process.setStandardOutputFile(terminal.path());
+        process.start((one.option() + other.option() + QStringLiteral("get buzzer"))
+                          .split(QLatin1Char(' '), Qt::SkipEmptyParts));
+        QCOMPARE(process.wait().status, 0);
+        const QByteArray shown = terminal.read();
+        QVERIFY2(shown.startsWith(heading), shown.constData());
+        QCOMPARE(shown.contains('\x1b'), !noColour);
+    }
+
+    void aTerminalCountsAlong()
+    {
+        const Desk one;
+        Desk other;
+        other.answers.clear();
+        PtyPair terminal;
+        CtlProcess process;
+        process.process.setStandardErrorFile(terminal.path());
+        process.start(
+            (one.option() + other.option() + QStringLiteral("--timeout 300 --retries 0 get buzzer"))
+                .split(QLatin1Char(' '), Qt::SkipEmptyParts));
+        QCOMPARE(process.wait().status, 3);
+        const QByteArray shown = terminal.read();
+        QVERIFY2(shown.contains("\r1 done, 0 failed, of 2"), shown.constData());
+        // What follows stands on a line that has been emptied.
+        QVERIFY2(shown.contains("\r\x1b[Kpeloractl: udp:127.0.0.1:"), shown.constData());
+        QVERIFY2(shown.endsWith("peloractl: 1 done, 1 failed, of 2\n"), shown.constData());
     }
 
     void manySwitchesAreOneQuestion()
