@@ -8,7 +8,6 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QSaveFile>
-#include <algorithm>
 
 namespace {
 class SaveTask : public SwitchTask

@@ -2,8 +2,6 @@
 #include "cli/configuration_json.h"
 #include "cli/switch_task.h"
 
-#include <algorithm>
-
 namespace {
 /// The layout as a drawing, a blank between the cells.
 QString drawing(const QString &layout)

@@ -4,6 +4,7 @@
 #include "cli/program.h"
 
 #include <QCoreApplication>
+#include <algorithm>
 #include <csignal>
 #include <iostream>
 #ifdef Q_OS_WIN

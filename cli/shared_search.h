@@ -23,7 +23,6 @@ public:
     void search(QObject *context, Take take);
 
     /// The search itself, for a record.
-    const ModuleSearch &underlying() const { return search_; }
     ModuleSearch &underlying() { return search_; }
 
 private:

@@ -22,7 +22,6 @@ protected:
 
     SwitchSession &session() { return *session_; }
     const Options &options() const { return options_; }
-    const Device &device() const { return device_; }
 
     /// Closes the road and reports.
     void finish(const DeviceReport &report);
