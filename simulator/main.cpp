@@ -1,12 +1,10 @@
+#include "simulator/console.h"
 #include "simulator/options.h"
 #include "simulator/output.h"
 #include "simulator/quit_signals.h"
 #include "simulator/replay.h"
 #include "simulator/simulation.h"
-#ifdef Q_OS_UNIX
-#include "simulator/console.h"
 #include "simulator/stdin_lines.h"
-#endif
 
 #include <QCoreApplication>
 #include <exception>
@@ -18,7 +16,6 @@ namespace {
 constexpr int failureStatus = 1;
 constexpr int mistakeStatus = 2;
 
-#ifdef Q_OS_UNIX
 void obeyConsoleLine(Console &console, const QString &line)
 {
     const Console::Result result = console.obey(line.toStdString());
@@ -45,7 +42,6 @@ std::unique_ptr<StdinLines> watchStdin(const Options &options, Console &console)
         reportLine("Type help for the commands.");
     return lines;
 }
-#endif
 
 int replay(const Options &options)
 {
@@ -53,14 +49,12 @@ int replay(const Options &options)
     const QuitSignals signals;
     QObject::connect(&signals, &QuitSignals::raised, &signals, [] { QCoreApplication::quit(); });
     replay.start();
-#ifdef Q_OS_UNIX
     std::unique_ptr<StdinLines> lines;
     if (options.untilStdinCloses) {
         lines = std::make_unique<StdinLines>();
         QObject::connect(lines.get(), &StdinLines::closed, lines.get(),
                          [] { QCoreApplication::quit(); });
     }
-#endif
     return QCoreApplication::exec();
 }
 
@@ -76,13 +70,8 @@ int run(const Options &options)
     const QuitSignals signals;
     QObject::connect(&signals, &QuitSignals::raised, &signals, [] { QCoreApplication::quit(); });
     simulation.start();
-#ifdef Q_OS_UNIX
     Console console(simulation);
     const std::unique_ptr<StdinLines> lines = watchStdin(options, console);
-#else
-    if (options.console || options.untilStdinCloses)
-        reportLine("standard input is not watched on this system");
-#endif
     return QCoreApplication::exec();
 }
 

@@ -2,17 +2,17 @@
 
 #include <QByteArray>
 #include <QObject>
-#include <QSocketNotifier>
 #include <QString>
-#include <QTimer>
+#include <memory>
 
-/// Lines from standard input, without blocking the event loop. Unix only.
+/// Lines from standard input, without blocking the event loop.
 class StdinLines : public QObject
 {
     Q_OBJECT
 
 public:
     explicit StdinLines(QObject *parent = nullptr);
+    ~StdinLines() override;
 
     /// Whether somebody can type: standard input is a terminal.
     static bool isInteractive();
@@ -23,9 +23,12 @@ Q_SIGNALS:
     void closed();
 
 private:
-    void readSome();
+    /// What reads, in the way of the system.
+    class Reader;
 
-    QSocketNotifier notifier_;
-    QTimer backgroundPause_;
+    void take(const QByteArray &bytes);
+    void end();
+
     QByteArray collected_;
+    std::unique_ptr<Reader> reader_;
 };

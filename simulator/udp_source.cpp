@@ -5,6 +5,8 @@
 #include <cstring>
 #include <netinet/in.h>
 #include <sys/socket.h>
+#else
+#include <QNetworkDatagram>
 #endif
 
 namespace {
@@ -39,10 +41,12 @@ bool sendNatively(const QUdpSocket &socket, const QHostAddress &source, QByteArr
     return ::sendmsg(static_cast<int>(socket.socketDescriptor()), &message, 0) >= 0;
 }
 #else
-bool sendNatively(const QUdpSocket &, const QHostAddress &, const QByteArray &,
-                  const QHostAddress &, quint16)
+bool sendNatively(QUdpSocket &socket, const QHostAddress &source, const QByteArray &bytes,
+                  const QHostAddress &receiver, quint16 port)
 {
-    return false;
+    QNetworkDatagram datagram(bytes, receiver, port);
+    datagram.setSender(source);
+    return socket.writeDatagram(datagram) >= 0;
 }
 #endif
 
