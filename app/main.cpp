@@ -1,4 +1,5 @@
 #include "app/command_line.h"
+#include "app/early_end.h"
 #include "app/main_window.h"
 #include "app/screen_fit.h"
 #include "app/window_ghosting.h"
@@ -6,12 +7,12 @@
 #include "session/link_recorder.h"
 
 #include <QApplication>
-#include <iostream>
+#include <memory>
 
 namespace {
 int endEarly(const EarlyEnd &end)
 {
-    (end.status == 0 ? std::cout : std::cerr) << end.text.toStdString() << std::flush;
+    show(end);
     return end.status;
 }
 } // namespace

@@ -1,0 +1,8 @@
+#pragma once
+
+#include "app/command_line.h"
+
+/// Says `end.text` where the user looks: on standard output, or standard error for a mistake. On
+/// Windows a program with a window has neither unless somebody hands them over; there the console
+/// that it was started from says it, and without one a box.
+void show(const EarlyEnd &end);
