@@ -8,11 +8,29 @@ constexpr int fieldWidth = 3;
 constexpr int yOffset = 4;
 constexpr auto nameOffset = static_cast<qsizetype>(reportedNameOffset);
 
-/// `text` in UTF-8 without the control characters that would end the command early.
-std::string printable(QString text)
+QString withoutControls(QString text)
 {
     text.removeIf([](QChar character) { return character.category() == QChar::Other_Control; });
-    return text.toStdString();
+    return text;
+}
+
+/// `text` in UTF-8 without the control characters that would end the command early.
+std::string printable(const QString &text)
+{
+    return withoutControls(text).toStdString();
+}
+
+/// The typed speed as the switch reads one: up to three digits as they stand, any other number that
+/// isSpeed() takes by its value.
+std::string speedText(const QString &typed)
+{
+    const QString text = typed.trimmed();
+    const bool isPlain = text.size() <= fieldWidth &&
+                         std::all_of(text.cbegin(), text.cend(),
+                                     [](QChar digit) { return digit >= u'0' && digit <= u'9'; });
+    bool isNumber = false;
+    const int number = text.toInt(&isNumber);
+    return isNumber && !isPlain ? std::to_string(number) : printable(text);
 }
 
 /// `text` cut to `size` bytes, less where that would split a character.
@@ -117,8 +135,7 @@ std::string resolutionCommand(int channel, int index)
 
 std::string submittedCommand(int setting, const MovementSetting &values)
 {
-    const std::string head =
-        commandHead(setting, printable(values.x.trimmed()), printable(values.y.trimmed()));
+    const std::string head = commandHead(setting, speedText(values.x), speedText(values.y));
     // The name gives way rather than the blank behind it, which the switch requires.
     const std::size_t room = longestCustomCommand - std::min(longestCustomCommand, head.size() + 1);
     return shortened(head, longestCustomCommand - 1) + shortened(printable(values.name), room) +
@@ -134,7 +151,7 @@ std::string storedCommand(int setting, const MovementSetting &values)
 
 QString customSettingProblem(const MovementSetting &values, int setting, const QStringList &choices)
 {
-    if (values.name.trimmed().isEmpty())
+    if (withoutControls(values.name).trimmed().isEmpty())
         return QStringLiteral("Enter name of setting");
     if (values.x.isEmpty())
         return QStringLiteral("Enter X for setting");
@@ -160,13 +177,12 @@ bool isCustomName(const QString &name)
 
 std::string customEntryName(std::string_view value, std::size_t skip)
 {
-    std::string name;
-    if (value.size() <= skip)
-        return name;
-    std::copy_if(value.begin() + static_cast<std::ptrdiff_t>(skip), value.end(),
-                 std::back_inserter(name),
-                 [](char character) { return static_cast<unsigned char>(character) > ' '; });
-    return name;
+    value.remove_prefix(std::min(skip, value.size()));
+    QString name = QString::fromUtf8(value.data(), static_cast<qsizetype>(value.size()));
+    name.removeIf([](QChar character) {
+        return character == QLatin1Char(' ') || character.category() == QChar::Other_Control;
+    });
+    return name.toStdString();
 }
 
 DataLabelFields dataLabelFields(const QString &text)

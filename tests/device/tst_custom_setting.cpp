@@ -82,8 +82,30 @@ private Q_SLOTS:
     void anEndlessNumberStaysWithinTheBuffer()
     {
         const std::string command =
-            submittedCommand(1, setting("N", QByteArray(120, '0') + "1", "1"));
-        QCOMPARE(command, "//MM C1 " + std::string(90, '0') + " ");
+            submittedCommand(1, setting("N", QByteArray(120, '9') + "1", "1"));
+        QCOMPARE(command, "//MM C1 " + std::string(90, '9') + " ");
+    }
+
+    void speedsAreSentAsTheSwitchReadsThem_data()
+    {
+        QTest::addColumn<QByteArray>("typed");
+        QTest::addColumn<QByteArray>("sent");
+        QTest::newRow("as they are typed") << QByteArray("80") << QByteArray("80");
+        QTest::newRow("filled up with zeros") << QByteArray("080") << QByteArray("080");
+        QTest::newRow("between blanks") << QByteArray(" 80\t") << QByteArray("80");
+        QTest::newRow("with a sign") << QByteArray("+80") << QByteArray("80");
+        QTest::newRow("with more zeros than there are digits")
+            << QByteArray("0080") << QByteArray("80");
+    }
+    void speedsAreSentAsTheSwitchReadsThem()
+    {
+        QFETCH(QByteArray, typed);
+        QFETCH(QByteArray, sent);
+        QCOMPARE(customSettingProblem(setting("NEW", typed, typed), 0, choices()), QString());
+        QCOMPARE(QByteArray::fromStdString(submittedCommand(2, setting("NEW", typed, "1"))),
+                 "//MM C2 " + sent + " 1 NEW ");
+        QCOMPARE(QByteArray::fromStdString(submittedCommand(2, setting("NEW", "1", typed))),
+                 "//MM C2 1 " + sent + " NEW ");
     }
 
     void aPastedLineEndDoesNotStartACommand()
@@ -126,6 +148,7 @@ private Q_SLOTS:
         row("Y = abc", "NEW", "100", "abc", 0, range);
         row("nothing entered: the name comes first", "", "", "", 0, noName);
         row("name of blanks", "  ", "100", "250", 0, noName);
+        row("name of control characters", "\x01 \xC2\x85", "100", "250", 0, noName);
         row("X before Y", "NEW", "", "", 0, noX);
         row("Y missing", "NEW", "100", "", 0, noY);
         row("Y missing comes before a taken name", "OFFICE", "100", "", 0, noY);
@@ -154,6 +177,13 @@ private Q_SLOTS:
         QCOMPARE(customEntryName("100 250 OFFICE", 8), std::string("OFFICE"));
         QCOMPARE(customEntryName("100 250 MY DESK\t1 \r", 8), std::string("MYDESK1"));
         QCOMPARE(customEntryName("//MM C1 100 250 OFFICE", 15), std::string("OFFICE"));
+        QCOMPARE(customEntryName("100 250 A\x7F\xC2\x85\xC2\x9B"
+                                 "B\xC2\xA0\xC3\x9C",
+                                 8),
+                 std::string("AB\xC2\xA0\xC3\x9C"));
+        // What is left may not become a control character: here U+0085.
+        QCOMPARE(customEntryName("100 250 A\xC2 \x85", 8),
+                 std::string("A\xEF\xBF\xBD\xEF\xBF\xBD"));
     }
 
     void aMissingOrShortEntryHasNoName()
