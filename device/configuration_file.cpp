@@ -62,19 +62,52 @@ std::optional<int> speedOf(std::string_view word)
     return speed && *speed >= slowestSpeed && *speed <= fastestSpeed ? speed : std::nullopt;
 }
 
+/// Whether the switch may have reported a name so: what it calls a setting may hold more than what
+/// can be given as a name, and a file that was saved from it is read again.
+bool isReportedName(const QString &name)
+{
+    return !name.isEmpty() && std::none_of(name.cbegin(), name.cend(), [](QChar character) {
+        return character == QLatin1Char(' ') || character.category() == QChar::Other_Control;
+    });
+}
+
+std::string customHead(int setting)
+{
+    return "//MM C" + std::to_string(setting) + " ";
+}
+
 std::optional<MouseMovement> movementOf(std::string_view value, int setting)
 {
-    const std::string head = "//MM C" + std::to_string(setting) + " ";
+    const std::string head = customHead(setting);
     if (!value.starts_with(head) || value.size() > longestCustomCommand)
         return std::nullopt;
     value.remove_prefix(head.size());
     value.remove_prefix(std::min(value.find_first_not_of(' '), value.size()));
     const std::optional<int> x = speedOf(takeWord(value));
     const std::optional<int> y = speedOf(takeWord(value));
-    const QString name = textOf(takeWord(value));
-    if (!x || !y || !isCustomName(name) || !value.empty())
+    const std::string_view bytes = takeWord(value);
+    const QString name = textOf(bytes);
+    constexpr std::size_t speedsSize = 8; // "100 250 "
+    const bool fits = head.size() + speedsSize + bytes.size() <= longestCustomCommand;
+    if (!x || !y || !fits || !isReportedName(name) || name.toStdString() != bytes || !value.empty())
         return std::nullopt;
     return MouseMovement{*x, *y, name};
+}
+
+/// Whether blanks stand in the line of a custom setting where the switch has them: before X and Y
+/// as far as they fill three characters up, one behind each, at most one behind the name.
+bool isInColumns(std::string_view value, int setting)
+{
+    constexpr std::size_t columnWidth = 3;
+    value.remove_prefix(customHead(setting).size());
+    for (int column = 0; column < 2; ++column) {
+        const std::size_t end =
+            value.find(' ', std::min(value.find_first_not_of(' '), value.size()));
+        if (end > columnWidth)
+            return false;
+        value.remove_prefix(end + 1);
+    }
+    return value.find(' ') >= value.size() - 1;
 }
 
 /// The displays of a layout command of four groups; none when it is not one.
@@ -226,6 +259,10 @@ SettingsReading readSettings(std::string_view text)
         read.custom.at(at) =
             reader.take(customSetting(setting), customSettingKeys.at(at),
                         [=](std::string_view value) { return movementOf(value, setting); });
+        const SettingKey key = customSetting(setting);
+        // Sent as it stands, it would be another name to the switch, or none.
+        if (read.custom.at(at) && !isInColumns(reader.result.commands.at(key), setting))
+            reader.result.commands[key] = settingCommand(read, key);
     }
     for (const std::string_view key : dataLabelKeys)
         reader.check(key, [](std::string_view value) { return isSettingsValue(value); });

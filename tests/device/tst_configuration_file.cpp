@@ -113,6 +113,9 @@ private Q_SLOTS:
             << QByteArray("C3 001 500") << QByteArray("C3   1 500");
         QTest::newRow("blanks behind a speed")
             << QByteArray("C3 001 500") << QByteArray("C3 1   500");
+        QTest::newRow("blanks behind both speeds")
+            << QByteArray("C3 001 500 ") << QByteArray("C3 1   500   ");
+        QTest::newRow("blanks behind a name") << QByteArray("DESK\nC") << QByteArray("DESK   \nC");
         QTest::newRow("groups in another order") << QByteArray("//FF01B05FF02B06FF03B10FF04B14")
                                                  << QByteArray("//FF04B14FF02B06FF01B05FF03B10");
         QTest::newRow("a label that says something else")
@@ -131,8 +134,62 @@ private Q_SLOTS:
         QVERIFY(reading.configuration == exampleInFile());
     }
 
+    /// Whatever a switch calls a setting: a file that was saved from it can be applied again.
+    void namesThatASwitchCanReport_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        QTest::newRow("a blank that holds together") << QByteArray("MY\xC2\xA0"
+                                                                   "DESK");
+        QTest::newRow("a wide blank") << QByteArray("\xE3\x80\x80"
+                                                    "1");
+        QTest::newRow("what stands for bytes that are no UTF-8") << QByteArray("\xEF\xBF\xBD");
+        QTest::newRow("a mark of direction") << QByteArray("A\xE2\x80\xAE");
+        QTest::newRow("83 bytes") << QByteArray(83, 'A');
+    }
+    void namesThatASwitchCanReport()
+    {
+        QFETCH(QByteArray, name);
+        SwitchConfiguration configuration = exampleInFile();
+        configuration.custom[2]->name = QString::fromUtf8(name);
+        const SettingsReading reading = readSettings(settingsText(configuration));
+        QCOMPARE(texts(reading.errors), QStringList());
+        QVERIFY(reading.configuration == configuration);
+        QCOMPARE(QByteArray::fromStdString(reading.commands.at(customSetting(3))),
+                 QByteArray("//MM C3 001 500 " + name));
+    }
+
+    /// With its speeds in three characters each, as they are saved, the command has 99 bytes at
+    /// most.
+    void aNameThatCannotBeSavedIsNone()
+    {
+        const QByteArray fits(83, 'A');
+        QCOMPARE(texts(readSettings(fileWith("001 500 HOME\nC", "1 1 " + fits + "\nC")).errors),
+                 QStringList());
+        QCOMPARE(
+            texts(readSettings(fileWith("001 500 HOME\nC", "1 1 " + fits + "A\nC")).errors).size(),
+            1);
+    }
+
+    void aLineWithOtherBlanksIsSentAsTheSwitchReadsIt_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::newRow("behind X") << QByteArray("C3 1   500 HOME");
+        QTest::newRow("behind Y") << QByteArray("C3 1 500  HOME");
+        QTest::newRow("before X") << QByteArray("C3     1 500 HOME");
+        QTest::newRow("behind the name") << QByteArray("C3 1 500 HOME  ");
+    }
+    void aLineWithOtherBlanksIsSentAsTheSwitchReadsIt()
+    {
+        QFETCH(QByteArray, line);
+        const SettingsReading reading = readSettings(fileWith("C3 001 500 HOME", line));
+        QVERIFY(reading.configuration == exampleInFile());
+        QCOMPARE(reading.commands.at(customSetting(3)), std::string("//MM C3 1 500 HOME "));
+    }
+
     void aLineAsItStandsIsKeptForSending()
     {
+        QCOMPARE(readSettings(fileWith("DESK\nC", "DESK \nC")).commands.at(customSetting(2)),
+                 std::string("//MM C2 120 080 DESK "));
         QCOMPARE(readSettings(fileWith("C3 001 500", "C3   1 500")).commands.at(customSetting(3)),
                  std::string("//MM C3   1 500 HOME"));
         QCOMPARE(readSettings(fileWith("//FF01B05FF02B06", "//FF02B06FF01B05"))
@@ -181,6 +238,12 @@ private Q_SLOTS:
             "9|Custom mouse movement setting 1: |//MM C1 100 250 MY OFFICE", customSetting(1));
         row("//MM C1 100 250 OFFICE", "//MM C1 100 250 A\tB",
             "9|Custom mouse movement setting 1: |//MM C1 100 250 A\tB", customSetting(1));
+        row("//MM C1 100 250 OFFICE", "//MM C1 100 250 A\xC2\x85",
+            "9|Custom mouse movement setting 1: |//MM C1 100 250 A\xC2\x85", customSetting(1));
+        row("//MM C1 100 250 OFFICE", "//MM C1 100 250 A\x7F",
+            "9|Custom mouse movement setting 1: |//MM C1 100 250 A\x7F", customSetting(1));
+        row("//MM C1 100 250 OFFICE", "//MM C1 100 250 A\xFF",
+            "9|Custom mouse movement setting 1: |//MM C1 100 250 A\xFF", customSetting(1));
         row("Data from mouse movement label 3: 001", "Data from mouse movement label 3: \x1b[1m001",
             "15|Data from mouse movement label 3: |\x1b[1m001 500 HOME", SettingKey::Hotkey);
         row("//FF01B05FF02B06FF03B10FF04B14", "//F", "17|Grid settings: |//F", SettingKey::Layout);
