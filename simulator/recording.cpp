@@ -8,6 +8,10 @@
 
 namespace {
 
+/// Ten years in milliseconds: nobody waits for what is said later, and sums of such times are
+/// numbers.
+constexpr double longestConversation = 10 * 366 * 24 * 3600e3;
+
 struct NamedPiece
 {
     QString name;
@@ -48,7 +52,7 @@ NamedPiece readLine(const QByteArray &line)
     if (read.piece.bytes.toHex() != digits.toLower()) // fromHex skips what it does not know
         throw BadRecording("\"bytes\" are no pairs of hexadecimal digits");
     const QJsonValue time = object.value(QLatin1String("time"));
-    if (!time.isDouble() || time.toDouble() < 0)
+    if (!time.isDouble() || time.toDouble() < 0 || time.toDouble() > longestConversation)
         throw BadRecording("\"time\" is no number of milliseconds");
     read.piece.time = std::chrono::milliseconds(static_cast<qint64>(time.toDouble()));
     return read;

@@ -66,6 +66,10 @@ private Q_SLOTS:
             "{\"bytes\":\"\",\"direction\":\"sent\",\"name\":\"a\",\"road\":\"udp\",\"time\":"
             "\"1\"}",
             "FILE, line 1: \"time\" is no number of milliseconds");
+        row("a time that nobody waits for",
+            "{\"bytes\":\"\",\"direction\":\"sent\",\"name\":\"a\",\"road\":\"udp\",\"time\":"
+            "9e18}",
+            "FILE, line 1: \"time\" is no number of milliseconds");
         row("a module alone", line(1, "sent", "ff010102", "desk", "module"),
             "FILE holds no conversation with a switch");
         row("several devices", good + line(2, "sent", c1, "hall"),
