@@ -1,0 +1,25 @@
+#pragma once
+
+#include "device/configuration_commands.h"
+#include "device/switch_configuration.h"
+#include "simulator/switch_command.h"
+#include "simulator/switch_state.h"
+
+#include <optional>
+#include <string>
+
+/// What the simulated switch, which reads and writes with code of its own, makes of what the
+/// utility says, and the other way round.
+
+/// `command` (without its carriage return) as the switch reads it. Requires that it is one, that it
+/// is no longer than the switch's buffer and that nothing in it could end it early. None where the
+/// switch refuses a custom setting's name because its own answers look like it.
+std::optional<SwitchCommand> requireUnderstood(const std::string &command);
+
+/// Requires that the switch reads `command` as what sets `key` to what `wanted` says. Of a layout's
+/// companions, the ports around it, only that they are understood.
+void requireSets(const SettingCommand &command, const SwitchConfiguration &wanted);
+
+/// Requires that `configuration` is what a switch in `state` has, setting for setting. Blanks and
+/// control characters in a custom setting's name are not read; bytes that are no UTF-8 are U+FFFD.
+void requireTells(const SwitchConfiguration &configuration, const SwitchState &state);
