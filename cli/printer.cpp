@@ -13,6 +13,22 @@ QJsonObject objectOf(const Device &device, QJsonObject members)
     return members;
 }
 
+/// JSON whose texts a terminal shows and does not obey: what asOneLine makes visible in a line is
+/// written by its number, which readers take for the same. JSON itself asks for that of ASCII only.
+std::string jsonLine(const QJsonObject &object)
+{
+    const QString json = QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+    QString line;
+    for (const QChar character : json) {
+        const bool isHarmless = character == QLatin1Char('\\') || character.isSurrogate() ||
+                                visible(character) == character;
+        line += isHarmless
+                    ? QString(character)
+                    : QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'));
+    }
+    return line.toStdString() + "\n";
+}
+
 QString padded(const QString &text, qsizetype width)
 {
     return text.leftJustified(width + gap);
@@ -128,7 +144,7 @@ void Printer::printBlock(const QList<ReportLine> &lines)
 
 void Printer::printObject(const QJsonObject &object)
 {
-    output_.write(QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString() + "\n");
+    output_.write(jsonLine(object));
 }
 
 QString Printer::heading(const QString &name) const

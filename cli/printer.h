@@ -9,8 +9,8 @@
 /// Prints what came of devices: for people, or one JSON object a line.
 ///
 /// What people see of a device is a block of aligned lines; with several devices it stands under
-/// the device's name. Whatever comes from a device or a file is made visible first. On a terminal
-/// standard error shows how far it has got.
+/// the device's name. Whatever comes from a device or a file is made visible first, in JSON by
+/// escapes such as \u009b. On a terminal standard error shows how far it has got.
 class Printer
 {
 public:

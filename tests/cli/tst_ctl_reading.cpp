@@ -150,8 +150,34 @@ private Q_SLOTS:
         const CtlRun run = ctl(impatient + desk.option() + QStringLiteral("get"));
         QVERIFY(!run.output.contains('\x1b'));
         QVERIFY(!run.errors.contains('\x1b'));
-        QVERIFY(
-            !ctl(impatient + desk.option() + QStringLiteral("get --json")).output.contains('\x1b'));
+    }
+
+    /// JSON asks for escapes of ASCII's control characters alone; terminals obey others too.
+    void jsonHoldsNothingThatATerminalObeys_data()
+    {
+        QTest::addColumn<QByteArray>("said");
+        QTest::addColumn<QByteArray>("shown");
+        QTest::newRow("an escape sequence of one control") << QByteArray("\xC2\x9B"
+                                                                         "2J")
+                                                           << QByteArray("\\u009b2J");
+        QTest::newRow("behind a backslash")
+            << QByteArray("\\\xC2\x85") << QByteArray("\\\\\\u0085");
+        QTest::newRow("delete") << QByteArray("\x7F") << QByteArray("\\u007f");
+        QTest::newRow("an escape") << QByteArray("\x1b]0;X") << QByteArray("\\u001b]0;X");
+        QTest::newRow("the other direction") << QByteArray("\xE2\x80\xAE") << QByteArray("\\u202e");
+        QTest::newRow("text beyond ASCII")
+            << QByteArray("\xC3\x9C\xF0\x9F\x98\x80") << QByteArray("\xC3\x9C\xF0\x9F\x98\x80");
+    }
+    void jsonHoldsNothingThatATerminalObeys()
+    {
+        QFETCH(QByteArray, said);
+        QFETCH(QByteArray, shown);
+        Desk desk;
+        desk.replace("//??\r", "Scroll Lock", said.constData());
+        const CtlRun run = ctl(desk.option() + QStringLiteral("get --json"));
+        QVERIFY2(run.output.contains("\"hotkey\":\"" + shown + "\""), run.output.constData());
+        QCOMPARE(QJsonValue(run.object())[u"configuration"][u"hotkey"].toString(),
+                 QString::fromUtf8(said));
     }
 
     void anAnswerInPiecesIsOne()
