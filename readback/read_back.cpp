@@ -96,22 +96,20 @@ void ReadBack::takeDatagramReply(Connection &connection, const QString &chunk)
     const QPointer<Connection> current(&connection);
     ReceivedText &received = connection.received();
     AwaitedAnswers &awaited = connection.awaited();
-    if (deviceAnswered(connection, chunk))
+    const bool everythingIsAwaited = !connection.isConnected();
+    const bool answered = deviceAnswered(connection, chunk);
+    if (answered)
         show(chunk);
     const std::string text = chunk.toStdString();
-    if (awaited.awaitingStatusReply) {
-        received.statusReply = text;
-        awaited.awaitingStatusReply = false;
-    }
-    if (awaited.awaitingBpReply) {
+    const bool readsEverything = everythingIsAwaited && answered;
+    if (received.horizontalDimensionSaved && awaited.awaitingBpReply && !readsEverything) {
+        received.horizontalDimensionSaved = false;
         received.layoutReply = text;
-        awaited.awaitingBpReply = false;
-        if (received.horizontalDimensionSaved) {
-            received.horizontalDimensionSaved = false;
-            loadLayout(text);
-        } else if (!applyConfiguration(connection)) {
-            retryOrGiveUp(connection);
-        }
+        awaited.awaitingBpReply =
+            everythingIsAwaited; // it was on its way before that was asked for
+        loadLayout(text);
+    } else {
+        takeAnswers(connection, text);
     }
     if (!current || current->hasEnded()) // while the user was being told
         return;
@@ -120,6 +118,23 @@ void ReadBack::takeDatagramReply(Connection &connection, const QString &chunk)
         received.replyReady = true;
     if (parts_.replies.applyFrontPanel(text))
         received.replyReady = true;
+}
+
+void ReadBack::takeAnswers(Connection &connection, const std::string &text)
+{
+    ReceivedText &received = connection.received();
+    AwaitedAnswers &awaited = connection.awaited();
+    if (awaited.awaitingStatusReply) {
+        received.statusReply = text;
+        awaited.awaitingStatusReply = false;
+    }
+    if (!awaited.awaitingBpReply)
+        return;
+    received.layoutReply = text;
+    received.horizontalDimensionSaved = false; // the layout is among what was asked for
+    awaited.awaitingBpReply = false;
+    if (!applyConfiguration(connection))
+        retryOrGiveUp(connection);
 }
 
 void ReadBack::loadLayoutFromBuffer()

@@ -76,6 +76,7 @@ private:
     void noticeSavedLayout(Connection &connection, const std::string &text);
     bool applyControlRules(const std::string &text);
     void takeDatagramReply(Connection &connection, const QString &chunk);
+    void takeAnswers(Connection &connection, const std::string &text);
     void loadLayout(const std::string &reply);
     void askForEverything();
     bool applyConfiguration(Connection &connection);

@@ -155,6 +155,42 @@ private Q_SLOTS:
         QCOMPARE(n.find("comboBox_mouse_movement_resolution_setting_1")->count(), 13);
     }
 
+    void aLayoutThatNeverCameBackDoesNotSpoilTheNextRefresh()
+    {
+        NetworkWindow n;
+        n.start();
+        QTRY_COMPARE(n.find("comboBox_KM_Control")->currentIndex(), 1);
+        n.answers.clear();
+        n.commands.clear();
+        n.say("Saving horizontal dimension as 4\n");
+        QTRY_COMPARE(n.commands, QList<QByteArray>{"//BP\r"});
+        n.answers = {QByteArray(cannedReply).replace("Buzzer: on", "Buzzer: off")};
+        n.find<QPushButton>("pushButton_Refresh")->click();
+        QTRY_VERIFY(n.button("pushButton_ON_Beep")->isEnabled());
+        QTRY_COMPARE(n.find("comboBox_mouse_movement_resolution_setting_1")->count(), 13);
+        QVERIFY(!n.button("pushButton_OFF_Beep")->isEnabled());
+    }
+
+    void aLayoutThatIsOnItsWayDoesNotSpoilARefresh()
+    {
+        NetworkWindow n;
+        n.start();
+        QTRY_COMPARE(n.find("comboBox_KM_Control")->currentIndex(), 1);
+        n.answers.clear();
+        n.commands.clear();
+        n.say("Saving horizontal dimension as 4\n");
+        QTRY_COMPARE(n.commands, QList<QByteArray>{"//BP\r"});
+        n.find<QPushButton>("pushButton_Refresh")->click();
+        QTRY_COMPARE(n.commands.size(), 4);
+        n.say("//FF01B13FF02B14FF03B15FF04B16\n"); // the answer to the first of them
+        n.say(QByteArray(cannedReply).replace("Buzzer: on", "Buzzer: off"));
+        QTRY_COMPARE(n.find("comboBox_mouse_movement_resolution_setting_1")->count(), 13);
+        QVERIFY(n.button("pushButton_ON_Beep")->isEnabled());
+        QVERIFY(!n.button("pushButton_OFF_Beep")->isEnabled());
+        QVERIFY(n.find<QTableWidget>("tableWidget")->item(1, 0) != nullptr);
+        QCOMPARE(n.commands.size(), 4);
+    }
+
     void aRefusedLoginIsAskedAgainWithEmptyFields()
     {
         NetworkWindow n;
