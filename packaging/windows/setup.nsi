@@ -96,7 +96,7 @@ Section Uninstall
   !include "${REMOVALS}"
   Delete "$INSTDIR\uninstall.exe"
   RMDir "$INSTDIR"
-  RMDir "$INSTDIR\.."
+  RMDir "$PROGRAMFILES64\Norvik" ; where it is the setup's; a folder of the user's stays, empty or not
   Delete "$SMPROGRAMS\${PRODUCT}\${PRODUCT}.lnk"
   Delete "$SMPROGRAMS\${PRODUCT}\User guide.lnk"
   RMDir "$SMPROGRAMS\${PRODUCT}"
