@@ -130,7 +130,6 @@ function(pelora_test name)
     set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/${name}_autogen/mocs_compilation.cpp
       PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
   endif()
-  set_target_properties(${name} PROPERTIES AUTOUIC OFF AUTORCC OFF)
   set(home ${CMAKE_CURRENT_BINARY_DIR}/home/${name})
   file(MAKE_DIRECTORY ${home})
   file(CHMOD ${home} PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE) # what Qt wants of XDG_RUNTIME_DIR
