@@ -3,6 +3,12 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#ifdef Q_OS_WIN
+#define NO_SUCH_FOLDER "Path not found."
+#else
+#define NO_SUCH_FOLDER "No such file or directory"
+#endif
+
 namespace {
 struct Run
 {
@@ -24,8 +30,9 @@ Run run(const QStringList &arguments)
         program.waitForFinished();
         return {-1, {}, "did not end"};
     }
+    const auto lines = [](QByteArray text) { return text.replace("\r\n", "\n"); }; // of Windows
     return {program.exitStatus() == QProcess::NormalExit ? program.exitCode() : -1,
-            program.readAllStandardOutput(), program.readAllStandardError()};
+            lines(program.readAllStandardOutput()), lines(program.readAllStandardError())};
 }
 } // namespace
 
@@ -73,7 +80,7 @@ private Q_SLOTS:
         row("--record=", "--record needs a file");
         row("-platform offscreen --bogus", "Unknown option 'bogus'.");
         row("--record /nowhere/record.jsonl",
-            "cannot write the record /nowhere/record.jsonl: No such file or directory");
+            "cannot write the record /nowhere/record.jsonl: " NO_SUCH_FOLDER);
     }
 
     void mistakesEndWithStatus2()
@@ -102,6 +109,9 @@ private Q_SLOTS:
     /// when Qt has taken its option.
     void qtsOwnOptionsReachQt()
     {
+#ifdef Q_OS_WIN
+        QSKIP("the event log is not in the home folder");
+#endif
         QFETCH(QStringList, arguments);
         const QTemporaryDir dir;
         const QString record = dir.filePath(QStringLiteral("record.jsonl"));

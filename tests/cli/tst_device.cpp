@@ -129,6 +129,9 @@ private Q_SLOTS:
 
     void aLinkToAPortIsThePort()
     {
+#ifdef Q_OS_WIN
+        QSKIP("there are no links to ports");
+#endif
         const QTemporaryDir folder;
         const QString port = folder.filePath(QStringLiteral("port"));
         const QString link = folder.filePath(QStringLiteral("link"));

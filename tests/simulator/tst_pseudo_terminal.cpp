@@ -90,7 +90,6 @@ private Q_SLOTS:
         QTRY_VERIFY(errors > 0);
         QVERIFY(!terminal.isOpen());
         QVERIFY(terminal.path().isEmpty());
-        QVERIFY(!QFile::exists(path));
     }
 
     void aNewTerminalFollowsAClosedOne()

@@ -100,8 +100,10 @@ private Q_SLOTS:
             (void)readRecording(QStringLiteral("/nowhere/record.jsonl"), {});
             QFAIL("it was taken");
         } catch (const BadRecording &error) {
-            QCOMPARE(QByteArray(error.what()),
-                     QByteArray("cannot read /nowhere/record.jsonl: No such file or directory"));
+            const QByteArray why(error.what()); // and then in the system's words
+            QVERIFY2(why.startsWith("cannot read /nowhere/record.jsonl: ") &&
+                         !why.endsWith("jsonl: "),
+                     why.constData());
         }
     }
 
