@@ -1,7 +1,5 @@
 #include "session/module_search.h"
 
-#include "session/datagram_burst.h"
-
 #include <utility>
 
 namespace {
@@ -16,7 +14,7 @@ ModuleSearch::ModuleSearch(ModuleNetwork network, QObject *parent)
     connect(&end_, &QTimer::timeout, this, &ModuleSearch::finish);
     again_.setSingleShot(true);
     connect(&again_, &QTimer::timeout, this, &ModuleSearch::begin);
-    connect(&socket_, &QUdpSocket::readyRead, this, &ModuleSearch::read);
+    connect(&socket_, &QUdpSocket::readyRead, this, [this] { bursts_.read(); });
 }
 
 ModuleSearch::~ModuleSearch()
@@ -49,11 +47,6 @@ void ModuleSearch::begin()
         Q_EMIT written(request);
     }
     end_.start(network_.collection);
-}
-
-void ModuleSearch::read()
-{
-    takeBurst(socket_, [this](const QNetworkDatagram &datagram) { take(datagram); });
 }
 
 void ModuleSearch::take(const QNetworkDatagram &datagram)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "device/usr_frame.h"
+#include "session/datagram_bursts.h"
 #include "session/module_road.h"
 
 #include <QElapsedTimer>
@@ -48,12 +49,12 @@ Q_SIGNALS:
 
 private:
     void begin();
-    void read();
     void take(const QNetworkDatagram &datagram);
     void finish();
 
     ModuleNetwork network_;
     QUdpSocket socket_;
+    DatagramBursts bursts_{socket_, [this](const QNetworkDatagram &datagram) { take(datagram); }};
     QTimer end_;
     QElapsedTimer sinceStart_;
     QTimer again_; ///< until the discovery port is tried again

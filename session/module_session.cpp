@@ -1,7 +1,5 @@
 #include "session/module_session.h"
 
-#include "session/datagram_burst.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -31,7 +29,7 @@ ModuleSession::ModuleSession(ModuleOnLan module, ModuleCredentials credentials,
     answerWait_.setSingleShot(true);
     answerWait_.setTimerType(Qt::PreciseTimer);
     connect(&answerWait_, &QTimer::timeout, this, &ModuleSession::onTimeUp);
-    connect(&socket_, &QUdpSocket::readyRead, this, &ModuleSession::read);
+    connect(&socket_, &QUdpSocket::readyRead, this, [this] { bursts_.read(); });
 }
 
 ModuleSession::~ModuleSession()
@@ -72,11 +70,6 @@ void ModuleSession::attempt()
         send(usr_frame::loginRequest(module_.reply.mac, credentials_.username,
                                      credentials_.password));
     answerWait_.start(network_.loginAnswer);
-}
-
-void ModuleSession::read()
-{
-    takeBurst(socket_, [this](const QNetworkDatagram &datagram) { take(datagram); });
 }
 
 void ModuleSession::take(const QNetworkDatagram &datagram)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "session/datagram_bursts.h"
 #include "session/module_search.h"
 
 #include <optional>
@@ -66,7 +67,6 @@ Q_SIGNALS:
 
 private:
     void attempt();
-    void read();
     void take(const QNetworkDatagram &datagram);
     void onTimeUp();
     void finish(const ModuleLoginResult &result);
@@ -77,6 +77,7 @@ private:
     ModuleCredentials credentials_;
     ModuleNetwork network_;
     QUdpSocket socket_;
+    DatagramBursts bursts_{socket_, [this](const QNetworkDatagram &datagram) { take(datagram); }};
     QTimer answerWait_;
     int attemptsLeft_ = 0;
     bool isAsking_ = false;

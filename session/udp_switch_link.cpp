@@ -1,7 +1,5 @@
 #include "session/udp_switch_link.h"
 
-#include "session/datagram_burst.h"
-
 #include <utility>
 
 UdpSwitchLink::UdpSwitchLink(const QHostAddress &address, quint16 port,
@@ -17,7 +15,7 @@ UdpSwitchLink::~UdpSwitchLink()
 
 void UdpSwitchLink::open()
 {
-    connect(udpSocket.get(), &QUdpSocket::readyRead, this, &UdpSwitchLink::read);
+    connect(udpSocket.get(), &QUdpSocket::readyRead, this, [this] { bursts_.read(); });
     connect(udpSocket.get(), &QUdpSocket::errorOccurred, this, [this] {
         if (udpSocket->state() == QAbstractSocket::UnconnectedState)
             Q_EMIT failed(udpSocket->errorString());
@@ -50,10 +48,4 @@ void UdpSwitchLink::close()
 {
     udpSocket->disconnect(this);
     udpSocket->close();
-}
-
-void UdpSwitchLink::read()
-{
-    takeBurst(*udpSocket,
-              [this](const QNetworkDatagram &datagram) { Q_EMIT received(datagram.data()); });
 }

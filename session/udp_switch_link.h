@@ -1,5 +1,6 @@
 #pragma once
 
+#include "session/datagram_bursts.h"
 #include "session/switch_link.h"
 
 #include <QHostAddress>
@@ -33,9 +34,9 @@ public:
     bool waitForOpened(std::chrono::milliseconds wait);
 
 private:
-    void read();
-
     QHostAddress address_;
     quint16 port_;
     std::unique_ptr<QUdpSocket> udpSocket;
+    DatagramBursts bursts_{
+        *udpSocket, [this](const QNetworkDatagram &datagram) { Q_EMIT received(datagram.data()); }};
 };

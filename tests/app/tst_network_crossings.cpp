@@ -33,6 +33,9 @@ private Q_SLOTS:
 
     void aModuleThatWasAwayIsHeardAgain()
     {
+#ifdef Q_OS_WIN
+        QSKIP("Wine tells of no datagram that comes after a host was not reachable");
+#endif
         NetworkWindow n;
         n.start();
         QVERIFY(n.waitForRead());
@@ -106,8 +109,13 @@ private Q_SLOTS:
         file.close();
         NetworkWindow n;
         WindowSettings settings = n.settings();
-        settings.settingsFile.secondPart =
-            std::chrono::milliseconds(1500); // longer than a wizard's run
+        // Longer than a wizard's run, which takes Wine several seconds.
+#ifdef Q_OS_WIN
+        const std::chrono::milliseconds secondPart(10'000);
+#else
+        const std::chrono::milliseconds secondPart(1500);
+#endif
+        settings.settingsFile.secondPart = secondPart;
         n.WindowBench::start(
             settings, SettingsFile::Dialogs{[] { return QString(); }, [path] { return path; }});
         QVERIFY(n.waitForRead());
@@ -118,7 +126,7 @@ private Q_SLOTS:
             QStringLiteral("Settings file not applied completely: the connection ended");
         QTRY_VERIFY(n.user.sawText(incomplete));
         QTRY_COMPARE(n.commands, QList<QByteArray>{"//c3\r"} + readCommands);
-        QTest::qWait(1600); // past the second half
+        QTest::qWait(static_cast<int>(secondPart.count()) + 100); // past the second half
         QCOMPARE(n.commands, QList<QByteArray>{"//c3\r"} + readCommands);
         QCOMPARE(n.user.seen().size(), 1);
     }
