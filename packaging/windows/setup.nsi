@@ -38,6 +38,36 @@ VIAddVersionKey LegalCopyright "${PUBLISHER}"
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "English"
 
+; Nobody's program is half replaced: as long as one of those in folder $0 runs, the user is asked to
+; close it, and without a user nothing is done and the status is 3.
+!macro WaitUntilUnused un
+Function ${un}WaitUntilUnused
+  again:
+  StrCpy $2 ""
+  !insertmacro NoteIfRunning pelora-utility.exe
+  !insertmacro NoteIfRunning peloractl.exe
+  !insertmacro NoteIfRunning pelora-simulator.exe
+  ${If} $2 != ""
+    MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "$2 is running. Please close it and try again." /SD IDCANCEL IDRETRY again
+    SetErrorLevel 3
+    Quit
+  ${EndIf}
+FunctionEnd
+!macroend
+!macro NoteIfRunning program
+  ${If} ${FileExists} "$0\${program}"
+    ClearErrors
+    FileOpen $1 "$0\${program}" a ; Windows lets nobody write to a program that runs
+    ${If} ${Errors}
+      StrCpy $2 "${program}"
+    ${Else}
+      FileClose $1
+    ${EndIf}
+  ${EndIf}
+!macroend
+!insertmacro WaitUntilUnused ""
+!insertmacro WaitUntilUnused "un."
+
 Function .onInit
   SetRegView 64
   SetShellVarContext all
@@ -50,10 +80,13 @@ Function .onInit
 FunctionEnd
 
 Section
+  StrCpy $0 $INSTDIR
+  Call WaitUntilUnused
   ; An older version goes first, whatever files it had.
   ReadRegStr $0 HKLM "${KEY}" "InstallLocation"
   ${If} $0 != ""
   ${AndIf} ${FileExists} "$0\uninstall.exe"
+    Call WaitUntilUnused
     ExecWait '"$0\uninstall.exe" /S _?=$0'
     Delete "$0\uninstall.exe"
     RMDir "$0"
@@ -91,6 +124,8 @@ Function un.onInit
 FunctionEnd
 
 Section Uninstall
+  StrCpy $0 $INSTDIR
+  Call un.WaitUntilUnused
   nsExec::Exec 'netsh advfirewall firewall delete rule name="${RULE}"'
   ; What was installed and nothing else: the user may have put files beside it.
   !include "${REMOVALS}"
