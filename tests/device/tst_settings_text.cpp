@@ -170,6 +170,8 @@ private Q_SLOTS:
     {
         QCOMPARE(coordinatesText({2, 1}), std::string("2 1"));
         QCOMPARE(coordinatesText({0, -1}), std::string("0 -1"));
+        QCOMPARE(coordinatesText({1234, 5678}), std::string("1234 5678"));
+        QCOMPARE(coordinatesText({12345, 6789}), std::string("12345 678"));
         QCOMPARE(coordinatesFrom("2 1").value(), (GridPosition{2, 1}));
         QCOMPARE(coordinatesFrom("3  0 ").value(), (GridPosition{3, 0}));
     }

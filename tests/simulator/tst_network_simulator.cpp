@@ -315,6 +315,22 @@ private Q_SLOTS:
             QCOMPARE(datagram.data().mid(5, 4), bytes("7F 00 00 01"));
     }
 
+    void reportsNameTheSwitchOfSeveral()
+    {
+        SimulatorProcess simulator;
+        simulator.start(arguments({QStringLiteral("--fleet"), QStringLiteral("2")}), 2);
+        for (const char *address : {"127.0.0.1", "127.0.0.2"})
+            Link(address, switchPort_).say("//q9\r");
+        QByteArray reports;
+        const auto bothRefused = [&] {
+            reports += simulator.reports();
+            return reports.count("//q9") == 2;
+        };
+        QVERIFY2(QTest::qWaitFor(bothRefused), reports.constData());
+        QVERIFY2(reports.contains("switch 1: "), reports.constData());
+        QVERIFY2(reports.contains("switch 2: "), reports.constData());
+    }
+
     void bothFacesLeadToOneSwitch()
     {
         SimulatorProcess simulator;
@@ -337,7 +353,7 @@ private Q_SLOTS:
         const FinishedRun run = runSimulator(arguments());
         QCOMPARE(run.status, 1);
         QVERIFY2(run.reports.contains("cannot listen on UDP port " +
-                                      QByteArray::number(managementPort_)),
+                                      QByteArray::number(managementPort_) + " at all addresses: "),
                  run.reports.constData());
         QVERIFY(run.output.isEmpty());
     }
@@ -349,9 +365,9 @@ private Q_SLOTS:
                            QAbstractSocket::DontShareAddress));
         const FinishedRun run = runSimulator(arguments());
         QCOMPARE(run.status, 1);
-        QVERIFY2(
-            run.reports.contains("cannot listen on UDP port " + QByteArray::number(switchPort_)),
-            run.reports.constData());
+        QVERIFY2(run.reports.contains("cannot listen on UDP port " +
+                                      QByteArray::number(switchPort_) + " at 127.0.0.1: "),
+                 run.reports.constData());
     }
 
 private:
