@@ -26,6 +26,9 @@ constexpr int longestHandshake = 4; // characters of "//RL"
 ReadBack::ReadBack(QObject &window, Parts parts, Timing timing)
     : window_(window), parts_(parts), timing_(timing)
 {
+    scroll_.setSingleShot(true);
+    scroll_.setInterval(timing_.scrollToEnd);
+    QObject::connect(&scroll_, SIGNAL(timeout()), &window_, SLOT(scroll_Cursor_to_the_end()));
 }
 
 void ReadBack::receiveSerial()
@@ -175,7 +178,8 @@ bool ReadBack::deviceAnswered(Connection &connection, const QString &chunk)
 void ReadBack::show(const QString &chunk)
 {
     parts_.terminal.append(chunk);
-    QTimer::singleShot(timing_.scrollToEnd, &window_, SLOT(scroll_Cursor_to_the_end()));
+    if (!scroll_.isActive()) // one for all that comes meanwhile: a flood would leave thousands
+        scroll_.start();
 }
 
 void ReadBack::noticeSavedLayout(Connection &connection, const std::string &text)

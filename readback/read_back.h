@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QTimer>
 #include <chrono>
 #include <string>
 
@@ -86,5 +87,6 @@ private:
     Parts parts_;
     Timing timing_;
 
+    QTimer scroll_;
     bool refreshAllowed = true;
 };
