@@ -9,7 +9,15 @@
 
 namespace {
 const QList<QByteArray> readCommands = {"//rl\r", "//??\r", "//BP\r"};
-}
+
+// A wizard's run takes Wine several seconds.
+#ifdef Q_OS_WIN
+constexpr std::chrono::milliseconds longerThanAWizardsRun(10'000);
+#else
+constexpr std::chrono::milliseconds longerThanAWizardsRun(1500);
+#endif
+constexpr int pastIt = static_cast<int>(longerThanAWizardsRun.count()) + 100;
+} // namespace
 
 /// Where roads cross on the network: modules that go and come, and connections that end.
 class NetworkCrossingsTest : public QObject
@@ -109,13 +117,7 @@ private Q_SLOTS:
         file.close();
         NetworkWindow n;
         WindowSettings settings = n.settings();
-        // Longer than a wizard's run, which takes Wine several seconds.
-#ifdef Q_OS_WIN
-        const std::chrono::milliseconds secondPart(10'000);
-#else
-        const std::chrono::milliseconds secondPart(1500);
-#endif
-        settings.settingsFile.secondPart = secondPart;
+        settings.settingsFile.secondPart = longerThanAWizardsRun;
         n.WindowBench::start(
             settings, SettingsFile::Dialogs{[] { return QString(); }, [path] { return path; }});
         QVERIFY(n.waitForRead());
@@ -126,7 +128,7 @@ private Q_SLOTS:
             QStringLiteral("Settings file not applied completely: the connection ended");
         QTRY_VERIFY(n.user.sawText(incomplete));
         QTRY_COMPARE(n.commands, QList<QByteArray>{"//c3\r"} + readCommands);
-        QTest::qWait(static_cast<int>(secondPart.count()) + 100); // past the second half
+        QTest::qWait(pastIt); // and so past the second half
         QCOMPARE(n.commands, QList<QByteArray>{"//c3\r"} + readCommands);
         QCOMPARE(n.user.seen().size(), 1);
     }
@@ -164,12 +166,12 @@ private Q_SLOTS:
         NetworkWindow n;
         n.answers.clear();
         WindowSettings settings = n.settings();
-        settings.panel.handshakeWatchdog = std::chrono::milliseconds(1500);
+        settings.panel.handshakeWatchdog = longerThanAWizardsRun;
         n.WindowBench::start(settings);
         QTRY_COMPARE(n.commands, readCommands);
         n.button("pushButton_ON_Connection")->click();       // its watchdog would end the program
         n.button("pushButton_Connection_Settings")->click(); // red when the old one would look
-        QTest::qWait(1600);
+        QTest::qWait(pastIt);
         QVERIFY(n.user.seen().isEmpty());
     }
 };
