@@ -111,8 +111,12 @@ function(pelora_test name)
     add_test(NAME ${name} COMMAND ${name})
     set(platform offscreen)
   endif()
+  set(longest 300) # seconds
+  if(WIN32)
+    set(longest 1200) # Wine takes its time over dialogs
+  endif()
   set_tests_properties(${name} PROPERTIES
-    TIMEOUT 300
+    TIMEOUT ${longest}
     RUN_SERIAL ${TEST_SOLO}
     LABELS "${TEST_LABELS}"
     SKIP_RETURN_CODE 77
