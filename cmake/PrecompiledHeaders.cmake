@@ -1,5 +1,5 @@
-# Qt's and the standard library's headers, compiled once for a whole build: it spares half of its time
-# and hides an include that is missing, so what users get is built without.
+# Qt's and the standard library's headers, compiled once for a whole build: it spares a good part of
+# its time and hides an include that is missing, so what users get is built without.
 
 # pelora_headers_for(<result> <library>...): Widgets or Core, whichever of Qt the libraries lead to, or
 # nothing where there is no Qt.

@@ -2,11 +2,24 @@
 #include "support/network_window.h"
 #include "usr/change_setting_for_usr_dialog.h"
 
+#include <QAbstractEventDispatcher>
 #include <QTableWidget>
 #include <QTest>
 
 namespace {
 const QList<QByteArray> readCommands = {"//rl\r", "//??\r", "//BP\r"};
+
+/// Reads the switch, and lets the window ask for a layout that does not come.
+bool startAndAskForALayout(NetworkWindow &n)
+{
+    n.start();
+    if (!n.waitForRead())
+        return false;
+    n.answers.clear();
+    n.commands.clear();
+    n.say("Saving horizontal dimension as 4\n");
+    return QTest::qWaitFor([&n] { return n.commands == QList<QByteArray>{"//BP\r"}; });
+}
 } // namespace
 
 /// The wizard's network road and the switch over UDP, in the whole window.
@@ -139,15 +152,25 @@ private Q_SLOTS:
         QVERIFY(n.user.seen().isEmpty());
     }
 
+    void oneTimerScrollsToAllThatComesMeanwhile()
+    {
+        NetworkWindow n;
+        WindowSettings settings = n.settings();
+        settings.readBack.scrollToEnd = std::chrono::seconds(60);
+        n.WindowBench::start(settings);
+        QVERIFY(n.waitForRead());
+        const auto *dispatcher = QAbstractEventDispatcher::instance(); // owns timers of one shot
+        const auto before = dispatcher->children().size();
+        for (int piece = 0; piece < 50; ++piece)
+            n.say("text\n");
+        QTRY_COMPARE(n.terminal().count(QStringLiteral("text\n")), 50);
+        QVERIFY(dispatcher->children().size() <= before + 5);
+    }
+
     void aLayoutThatNeverCameBackDoesNotSpoilTheNextConnection()
     {
         NetworkWindow n;
-        n.start();
-        QTRY_COMPARE(n.find("comboBox_KM_Control")->currentIndex(), 1);
-        n.answers.clear();
-        n.commands.clear();
-        n.say("Saving horizontal dimension as 4\n");
-        QTRY_COMPARE(n.commands, QList<QByteArray>{"//BP\r"});
+        QVERIFY(startAndAskForALayout(n));
         n.find<QPushButton>("pushButton_OFF_Connection")->click();
         n.answers = {QByteArray(cannedReply).replace("KM Control: 2", "KM Control: 4")};
         n.find<QPushButton>("pushButton_ON_Connection")->click();
@@ -158,12 +181,7 @@ private Q_SLOTS:
     void aLayoutThatNeverCameBackDoesNotSpoilTheNextRefresh()
     {
         NetworkWindow n;
-        n.start();
-        QTRY_COMPARE(n.find("comboBox_KM_Control")->currentIndex(), 1);
-        n.answers.clear();
-        n.commands.clear();
-        n.say("Saving horizontal dimension as 4\n");
-        QTRY_COMPARE(n.commands, QList<QByteArray>{"//BP\r"});
+        QVERIFY(startAndAskForALayout(n));
         n.answers = {QByteArray(cannedReply).replace("Buzzer: on", "Buzzer: off")};
         n.find<QPushButton>("pushButton_Refresh")->click();
         QTRY_VERIFY(n.button("pushButton_ON_Beep")->isEnabled());
@@ -174,12 +192,7 @@ private Q_SLOTS:
     void aLayoutThatIsOnItsWayDoesNotSpoilARefresh()
     {
         NetworkWindow n;
-        n.start();
-        QTRY_COMPARE(n.find("comboBox_KM_Control")->currentIndex(), 1);
-        n.answers.clear();
-        n.commands.clear();
-        n.say("Saving horizontal dimension as 4\n");
-        QTRY_COMPARE(n.commands, QList<QByteArray>{"//BP\r"});
+        QVERIFY(startAndAskForALayout(n));
         n.find<QPushButton>("pushButton_Refresh")->click();
         QTRY_COMPARE(n.commands.size(), 4);
         n.say("//FF01B13FF02B14FF03B15FF04B16\n"); // the answer to the first of them

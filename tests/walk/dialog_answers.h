@@ -21,8 +21,9 @@ class Select_connection_method_Dialog;
 class Select_hardware_Dialog;
 class Yes_No_Dialog;
 
-/// Answers whatever dialog comes, as the seed of the step has it: after a while, with any of its
-/// buttons, with right and wrong texts. Works from inside the event loops of modal dialogs.
+/// Answers whatever dialog comes at random: after a while, with any of its buttons, with right and
+/// wrong texts. The same step is answered in the same way each time. Works from inside the event
+/// loops of modal dialogs.
 class DialogAnswers : public QObject
 {
 public:
