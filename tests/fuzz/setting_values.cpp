@@ -47,8 +47,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
             require(*refusal.what() != '\0', "a refusal says why");
         }
     }
-    const SwitchState factory;
-    const SwitchConfiguration now = told(factory);
+    static const SwitchConfiguration now = told(SwitchState()); // as it left the factory
     SwitchConfiguration wanted;
     try {
         wanted = values.atSwitch(now);
