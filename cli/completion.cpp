@@ -136,15 +136,17 @@ void addCases(std::string &cases, Words &patterns, CLI::App &app, const std::str
     }
 }
 
-/// For bash, and for zsh by way of its bashcompinit. What has been typed is split at blanks here,
-/// since bash splits it at ":" and "=" too, so that "module:DESK-7" would look like a command.
-/// `readWords` is the shell's way to read a line into an array.
-std::string bashCompletion(CLI::App &app, const std::string &readWords)
+/// For bash, and for zsh by way of its bashcompinit: `function`, and that it is for peloractl. What
+/// has been typed is split at blanks here, since bash splits it at ":" and "=" too, so that
+/// "module:DESK-7" would look like a command. `readWords` is the shell's way to read a line into an
+/// array.
+std::string bashCompletion(CLI::App &app, const std::string &function, const std::string &readWords)
 {
     std::string cases;
     Words patterns;
     addCases(cases, patterns, app, {});
-    return "_peloractl() {\n"
+    return function +
+           "() {\n"
            "  local line=${COMP_LINE:0:$COMP_POINT} current one option= command= words= options= "
            "files=\n"
            "  local -a typed\n"
@@ -195,14 +197,20 @@ std::string bashCompletion(CLI::App &app, const std::string &readWords)
            "  compopt -o filenames +o nospace 2>/dev/null\n"
            "  return 0\n"
            "}\n"
-           "complete -o nospace -F _peloractl peloractl\n";
+           "complete -o nospace -F " +
+           function + " peloractl\n";
 }
 
+/// To be read in, or to be found as `_peloractl` in a folder of $fpath: then it is a function's
+/// body that zsh runs for the first completion, which it has to make as well.
 std::string zshCompletion(CLI::App &app)
 {
-    return "(( $+functions[compdef] )) || { autoload -U compinit && compinit -i }\n"
+    return "#compdef peloractl\n"
+           "(( $+functions[compdef] )) || { autoload -U compinit && compinit -i }\n"
            "autoload -U +X bashcompinit && bashcompinit\n" +
-           bashCompletion(app, "read -rA");
+           bashCompletion(app, "_peloractl_words", "read -rA") +
+           "[[ ${funcstack[1]} != _peloractl ]] || _bash_complete -o nospace -F "
+           "_peloractl_words\n";
 }
 
 std::string quoted(const std::string &text)
@@ -289,5 +297,5 @@ std::string completionFor(const std::string &shell)
     const std::unique_ptr<CLI::App> app = commandLine(unused);
     if (shell == "fish")
         return fishCompletion(*app);
-    return shell == "bash" ? bashCompletion(*app, "read -ra") : zshCompletion(*app);
+    return shell == "bash" ? bashCompletion(*app, "_peloractl", "read -ra") : zshCompletion(*app);
 }
