@@ -1,4 +1,5 @@
 #include "log/event_log.h"
+#include "session/link_recorder.h"
 #include "tests/support/dialog_recorder.h"
 #include "tests/usr/fake_module.h"
 #include "usr/usr_searcher.h"
@@ -6,7 +7,9 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QGuiApplication>
+#include <QTemporaryDir>
 #include <QTest>
+#include <algorithm>
 #include <memory>
 
 using namespace std::chrono_literals;
@@ -271,6 +274,25 @@ private Q_SLOTS:
         clock.start();
         QCOMPARE(makeSearcher()->get_IP_allocation(), text("00"));
         QVERIFY(clock.elapsed() < 20000);
+    }
+
+    void aRecordHoldsALoginsAnswerWithoutCredentials()
+    {
+        const QTemporaryDir folder;
+        const QString file = folder.filePath(text("record.jsonl"));
+        LinkRecorder recorder(file);
+        UsrNetwork network = module_->network();
+        network.recorder = &recorder;
+        USR_searcher searcher(text("192.168.1.7"), text("userna"), text("pass12"), network);
+        QCOMPARE(searcher.get_IP_allocation(), text("80"));
+        QFile record(file);
+        QVERIFY(record.open(QIODevice::ReadOnly));
+        const QByteArrayList lines = record.readAll().split('\n');
+        QVERIFY(std::any_of(lines.cbegin(), lines.cend(), [](const QByteArray &line) {
+            return line.contains("\"direction\":\"received\"") &&
+                   line.contains("ff00008000000000000701a8c00101a8c000ffffff" +
+                                 QByteArray("2a").repeated(239));
+        }));
     }
 
     void thePortOfTheSearchIsFreeAfterALogin()
