@@ -210,6 +210,9 @@ const std::vector<Entry> &entries()
             "refuse", "modules refuse every login",
             [](auto &f) -> auto & { return f.ofModule.refuse; }),
         flag(
+            "keep-old", "modules restart when they are set up, with the settings that they had",
+            [](auto &f) -> auto & { return f.ofModule.keepOld; }),
+        flag(
             "long-name", "modules report a name of 16 characters",
             [](auto &f) -> auto & { return f.ofModule.longName; }),
         flag(

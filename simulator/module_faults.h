@@ -19,6 +19,8 @@ struct ModuleFaults
     int truncatedBytes = 0;
     /// Refuses every login, with the right credentials as well.
     bool refuse = false;
+    /// Restarts when it is set up, with the settings that it had.
+    bool keepOld = false;
     /// Reports a name that fills its 16 bytes, without a zero byte behind it.
     bool longName = false;
     /// Reports a name whose bytes are no UTF-8.

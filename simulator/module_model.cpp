@@ -91,16 +91,22 @@ ModuleOutcome ModuleModel::commit()
 {
     if (!kept_)
         return rejected("commit without a setup before it");
-    state_.dhcp = kept_->dhcp;
-    state_.staticAddress = kept_->address;
-    state_.gateway = kept_->gateway;
-    state_.subnetMask = kept_->subnetMask;
-    state_.name = kept_->name;
-    state_.username = kept_->username;
-    state_.password = kept_->password;
+    if (!faults_.keepOld)
+        take(*kept_);
     kept_.reset();
     restarting_ = true;
     return {.addressed = true, .note = "commit", .restarts = true};
+}
+
+void ModuleModel::take(const ModuleSetup &setup)
+{
+    state_.dhcp = setup.dhcp;
+    state_.staticAddress = setup.address;
+    state_.gateway = setup.gateway;
+    state_.subnetMask = setup.subnetMask;
+    state_.name = setup.name;
+    state_.username = setup.username;
+    state_.password = setup.password;
 }
 
 ModuleState ModuleModel::reported() const

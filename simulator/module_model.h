@@ -65,6 +65,7 @@ private:
     ModuleOutcome answerSearch();
     ModuleOutcome login(bool trusted);
     ModuleOutcome keepSetup(const ModuleSetup &setup);
+    void take(const ModuleSetup &setup);
     ModuleOutcome commit();
     ModuleState reported() const;
     std::vector<ModuleAnswer> send(const QByteArray &datagram) const;

@@ -267,6 +267,59 @@ private Q_SLOTS:
                  run.errors.constData());
     }
 
+    void whatAModuleDoesNotTakeIsNamed()
+    {
+        const Lan lan("--address 192.0.2.7 --name Desk --fault keep-old");
+        CtlRun run =
+            ctlWith("admin", "module set -u admin -d module:Desk name=Lab mask=255.255.0.0 "
+                             "--json");
+        QCOMPARE(run.status, 5);
+        QVERIFY2(run.errors.contains("the module did not take name"), run.errors.constData());
+        const QJsonObject error = run.object().value(QStringLiteral("error")).toObject();
+        QCOMPARE(error.value(QStringLiteral("kind")), QJsonValue(QStringLiteral("not-taken")));
+        QCOMPARE(error.value(QStringLiteral("message")),
+                 QJsonValue(QStringLiteral("the module did not take name, mask")));
+    }
+
+    void credentialsThatAModuleDoesNotTakeAreToldOf()
+    {
+        const Lan lan("--address 192.0.2.7 --name Desk --fault keep-old");
+        const CtlRun run =
+            ctlWith("admin", "module set -u admin -d module:Desk --new-password", "s3cret");
+        QCOMPARE(run.status, 5);
+        QVERIFY2(run.errors.contains("the module did not take the new user name or password"),
+                 run.errors.constData());
+        QCOMPARE(ctlWith("admin", "module show -u admin -d module:Desk").status, 0);
+    }
+
+    void anInterruptedSearchEnds_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QByteArray>("complaint");
+        QTest::newRow("for modules") << QStringLiteral("discover") << QByteArray();
+        QTest::newRow("for one to be set up")
+            << QStringLiteral("module set -u admin -d udp:192.0.2.7 name=Lab")
+            << QByteArray("peloractl: udp:192.0.2.7: interrupted before it was begun; nothing was "
+                          "sent\n");
+    }
+
+    void anInterruptedSearchEnds()
+    {
+        QFETCH(QString, command);
+        QFETCH(QByteArray, complaint);
+        Lan lan("--address 192.0.2.7 --name Desk --verbose");
+        CtlProcess process;
+        QProcessEnvironment environment = process.process.processEnvironment();
+        environment.insert(QStringLiteral("PELORA_PASSWORD"), QStringLiteral("admin"));
+        process.process.setProcessEnvironment(environment);
+        process.start(words("--wait 60000") + command.split(u' '));
+        QTRY_VERIFY_WITH_TIMEOUT(lan.simulator.reports().contains("search"), 20000);
+        ::kill(static_cast<pid_t>(process.process.processId()), SIGINT);
+        const CtlRun run = process.wait();
+        QCOMPARE(run.status, 130);
+        QCOMPARE(run.errors, complaint);
+    }
+
     void anInterruptSaysThatTheSettingsWereSent()
     {
         Lan lan("--address 192.0.2.7 --name Desk --restart-time 60000 --verbose");

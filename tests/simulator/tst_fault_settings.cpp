@@ -20,7 +20,8 @@ private Q_SLOTS:
               "oversize=1200", "unsolicited=250", "flood=10",       "bad-port-limit=6",
               "usb-colon",     "blank-padding",   "module-silence", "discovery-size=37:3",
               "late=600",      "duplicates=2",    "truncated=50",   "refuse",
-              "long-name",     "raw-name",        "same-address",   "split=64"})
+              "keep-old",      "long-name",       "raw-name",       "same-address",
+              "split=64"})
             QCOMPARE(setFault(faults, assignment), std::string());
 
         QVERIFY((faults.ofSwitch == SwitchFaults{.silent = true,
@@ -43,6 +44,7 @@ private Q_SLOTS:
                                                  .duplicates = 2,
                                                  .truncatedBytes = 50,
                                                  .refuse = true,
+                                                 .keepOld = true,
                                                  .longName = true,
                                                  .rawName = true,
                                                  .sameAddress = true,
@@ -53,7 +55,7 @@ private Q_SLOTS:
                         "missing=//FF, Buzzer\ncrlf\noversize=1200\nunsolicited=250\n"
                         "flood=10\nbad-port-limit=6\nusb-colon\nblank-padding\nmodule-silence\n"
                         "discovery-size=37:3\nlate=600\nduplicates=2\ntruncated=50\nrefuse\n"
-                        "long-name\nraw-name\nsame-address\nsplit=64\n"));
+                        "keep-old\nlong-name\nraw-name\nsame-address\nsplit=64\n"));
         QCOMPARE(setFault(faults, "none"), std::string());
         QVERIFY(faults == Faults{});
         QCOMPARE(faultsText(faults), std::string());
@@ -119,7 +121,7 @@ private Q_SLOTS:
     void helpNamesEveryFault()
     {
         const QString help = QString::fromStdString(faultHelp());
-        QCOMPARE(help.count(QLatin1Char('\n')), 23);
+        QCOMPARE(help.count(QLatin1Char('\n')), 24);
         QVERIFY(help.contains(QLatin1String("  delay=MS ")));
         QVERIFY(help.contains(QLatin1String("  discovery-size=BYTES[:TIMES] ")));
     }

@@ -263,6 +263,18 @@ private Q_SLOTS:
         QCOMPARE(answerTo(model, login), bytes("FF 01 03 04"));
     }
 
+    void aSetupCanBeForgotten()
+    {
+        ModuleModel model;
+        const ModuleState before = model.state();
+        model.setFaults({.keepOld = true});
+        model.receive(bytes(setup));
+        QVERIFY(model.receive(bytes(commit)).restarts);
+        QVERIFY(model.state() == before);
+        model.finishRestart();
+        QCOMPARE(answerTo(model, login).size(), qsizetype(260));
+    }
+
     void namesCanBeAwkward()
     {
         ModuleModel model;
