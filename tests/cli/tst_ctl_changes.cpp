@@ -239,6 +239,20 @@ private Q_SLOTS:
         QCOMPARE(desk.sentCommands(), QByteArrayList{"//R\r"});
     }
 
+    void anInterruptedResetSaysThatItWasSent()
+    {
+        Desk desk;
+        desk.answers.clear();
+        CtlProcess process;
+        process.start(
+            (desk.option() + QStringLiteral("reset soft")).split(u' ', Qt::SkipEmptyParts));
+        QTRY_COMPARE_WITH_TIMEOUT(desk.sentCommands(), QByteArrayList{"//R\r"}, 20000);
+        ::kill(static_cast<pid_t>(process.process.processId()), SIGINT);
+        const CtlRun run = process.wait();
+        QCOMPARE(run.status, 130);
+        QVERIFY2(run.errors.contains("interrupted; the reset was sent\n"), run.errors.constData());
+    }
+
     void aPortThatVanishesInTheMiddleIsToldOfWithWhatWasSent()
     {
         SimulatedDesk desk({QStringLiteral("--no-pacing")});

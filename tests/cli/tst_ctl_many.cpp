@@ -110,6 +110,9 @@ private Q_SLOTS:
         QVERIFY(
             ctl(QStringLiteral("get"), floor.list()).errors.contains("list.txt names no device"));
         QCOMPARE(ctl(QStringLiteral("-D /nowhere/list get")).status, 2);
+        const CtlRun folder = ctl(QStringLiteral("get -D"), {floor.path("")});
+        QCOMPARE(folder.status, 2);
+        QVERIFY2(folder.errors.contains("cannot be read"), folder.errors.constData());
     }
 
     void aPortThatStandsTwiceStopsAll()

@@ -1,6 +1,8 @@
 #include "desk.h"
 
 #include <QJsonArray>
+#include <QRegularExpression>
+#include <QSerialPortInfo>
 #include <QTest>
 #include <csignal>
 
@@ -24,6 +26,17 @@ const QByteArray wholeConfiguration = "km-control      2\n"
                                       "                . 3 . .\n"
                                       "                . 4 . .\n"
                                       "hotkey          Scroll Lock\n";
+/// With a port that the system does not list.
+class WithPort : public CtlProcess
+{
+public:
+    explicit WithPort(const char *port)
+    {
+        QProcessEnvironment environment = process.processEnvironment();
+        environment.insert(QStringLiteral("PELORA_EXTRA_SERIAL_PORTS"), QLatin1String(port));
+        process.setProcessEnvironment(environment);
+    }
+};
 const QString impatient = QStringLiteral("--timeout 300 --retries 1 ");
 } // namespace
 
@@ -353,6 +366,18 @@ private Q_SLOTS:
         QCOMPARE(events.at(4).value(QStringLiteral("ok")), QJsonValue(false));
     }
 
+    void aWatchSaysThatTheSwitchIsSilentAndGoesOn()
+    {
+        Desk desk;
+        desk.answers.clear();
+        CtlProcess process;
+        process.start((desk.option() + QStringLiteral("--timeout 300 watch"))
+                          .split(QLatin1Char(' '), Qt::SkipEmptyParts));
+        QVERIFY(process.hasComplained("no answer from the switch yet; still listening\n"));
+        desk.say("**C4\n");
+        QVERIFY(process.hasSaid("km-control 4\n"));
+    }
+
     void aCableThatIsPulledEndsTheWatch()
     {
         const QTemporaryDir folder;
@@ -393,6 +418,48 @@ private Q_SLOTS:
         QCOMPARE(run.status, 2);
         QVERIFY(run.errors.contains("the record /nowhere/r.jsonl cannot be written"));
         QVERIFY(desk.commands().isEmpty());
+    }
+
+    void aRecordThatMeetsAFullDiskEndsAndTheWorkGoesOn()
+    {
+        const Desk desk;
+        const CtlRun run = ctl(desk.option() + QStringLiteral("get --record /dev/full"));
+        QCOMPARE(run.status, 0);
+        QCOMPARE(run.output, wholeConfiguration);
+        QCOMPARE(run.errors, QByteArray("peloractl: warning: the record /dev/full ends here: No "
+                                        "space left on device\n"));
+    }
+
+    void thePortsOfThisMachineAreListed()
+    {
+        WithPort table("desk-7");
+        table.start({QStringLiteral("ports")});
+        const CtlRun run = table.wait();
+        QCOMPARE(run.status, 0);
+        QVERIFY2(run.output.startsWith("NAME"), run.output.constData());
+        QVERIFY2(QRegularExpression(QStringLiteral("\ndesk-7 +desk-7\n"))
+                     .match(QString::fromUtf8(run.output))
+                     .hasMatch(),
+                 run.output.constData());
+
+        WithPort json("desk-7");
+        json.start({QStringLiteral("--json"), QStringLiteral("ports")});
+        const QList<QJsonObject> ports = json.wait().objects();
+        QCOMPARE(ports.first(), (QJsonObject{{QStringLiteral("name"), QStringLiteral("desk-7")},
+                                             {QStringLiteral("location"), QStringLiteral("desk-7")},
+                                             {QStringLiteral("description"), QString()},
+                                             {QStringLiteral("manufacturer"), QString()},
+                                             {QStringLiteral("serial_number"), QString()},
+                                             {QStringLiteral("vendor"), QJsonValue()},
+                                             {QStringLiteral("product"), QJsonValue()}}));
+        const QList<QSerialPortInfo> systems = QSerialPortInfo::availablePorts();
+        QCOMPARE(ports.size(), 1 + systems.size());
+        for (qsizetype at = 0; at < systems.size(); ++at) {
+            QCOMPARE(ports.at(at + 1).value(QStringLiteral("name")).toString(),
+                     systems.at(at).portName());
+            QCOMPARE(ports.at(at + 1).value(QStringLiteral("location")).toString(),
+                     systems.at(at).systemLocation());
+        }
     }
 };
 

@@ -127,6 +127,21 @@ private Q_SLOTS:
                  QString());
     }
 
+    void aNameInTwoListsIsAMistake()
+    {
+        std::vector<Device> devices =
+            devicesFrom("desk udp:192.0.2.7\n", QStringLiteral("floor-1.txt"));
+        devices.push_back(
+            devicesFrom("desk udp:192.0.2.8\n", QStringLiteral("floor-2.txt")).front());
+        try {
+            requireDistinct(devices);
+            QFAIL("it was taken");
+        } catch (const UsageError &error) {
+            QCOMPARE(error.lines(),
+                     QStringList{QStringLiteral("the name \"desk\" is given twice")});
+        }
+    }
+
     void aLinkToAPortIsThePort()
     {
 #ifdef Q_OS_WIN
