@@ -54,7 +54,6 @@ void shrink(QLayout &layout, double factor)
                                policy.verticalPolicy());
         }
     }
-    layout.invalidate();
 }
 
 int shrunkMost(int length, double factor)

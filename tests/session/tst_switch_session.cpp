@@ -165,8 +165,17 @@ private Q_SLOTS:
         QCOMPARE(s.device.commands(), questionsTimes(3));
     }
 
+    void aLateAnswerIsNotTakenForTheNextOne_data()
+    {
+        QTest::addColumn<QByteArrayList>("late");
+        QTest::newRow("in one piece") << QByteArrayList{QByteArray::fromStdString(exampleAnswer())};
+        QTest::newRow("a line, and the rest later")
+            << QByteArrayList{exampleListing, QByteArray(exampleStatus) + exampleLayout};
+    }
+
     void aLateAnswerIsNotTakenForTheNextOne()
     {
+        QFETCH(QByteArrayList, late);
         NetworkScene s(hurry());
         s.device.answers.clear();
         QVERIFY(s.watch.open());
@@ -179,8 +188,11 @@ private Q_SLOTS:
 
         s.device.answers["//BP\r"] = {answerWith("KM Control: 2", "KM Control: 4")};
         s.watch.session.ask();
-        QCOMPARE(s.device.commands().size(), 6);
-        s.device.say(old); // the answer to the second
+        for (const QByteArray &piece : late) { // the answer to the second
+            QCOMPARE(s.device.commands().size(), 6);
+            s.device.say(piece);
+            QTest::qWait(20); // for a session that would ask too early
+        }
         QTRY_COMPARE(s.watch.answered, 2);
         QCOMPARE(s.watch.reading.configuration.kmControl, std::optional(4));
         QCOMPARE(s.device.commands(), questionsTimes(3));
