@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QRegularExpression>
+#include <algorithm>
 
 namespace {
 const QLatin1String serialHead("serial:");
@@ -15,6 +16,13 @@ const QLatin1String moduleHead("module:");
 bool hasRoad(const QString &text)
 {
     return text.startsWith(serialHead) || text.startsWith(udpHead) || text.startsWith(moduleHead);
+}
+
+bool hasControlCharacter(const QString &text)
+{
+    return std::any_of(text.begin(), text.end(), [](QChar character) {
+        return character.category() == QChar::Other_Control;
+    });
 }
 
 [[noreturn]] void refuse(const QString &text, const QString &why)
@@ -94,6 +102,8 @@ QString portOf(const Device &device)
 
 Device deviceFrom(const QString &text)
 {
+    if (hasControlCharacter(text))
+        refuse(text, QStringLiteral("it has a control character in it"));
     Device device;
     device.name = text;
     device.text = text;

@@ -127,6 +127,24 @@ private Q_SLOTS:
                  QString());
     }
 
+    void aControlCharacterIsNoPartOfADevice_data()
+    {
+        QTest::addColumn<QByteArray>("list");
+        QTest::newRow("a zero byte") << QByteArray("desk serial:/dev/tty\0x\n", 22);
+        QTest::newRow("an escape") << QByteArray("desk module:\x1b[2J\n");
+        QTest::newRow("one beyond ASCII") << QByteArray("module:A\xC2\x9BZ\n");
+    }
+
+    void aControlCharacterIsNoPartOfADevice()
+    {
+        QFETCH(QByteArray, list);
+        const QStringList mistakes = mistakesIn(list);
+        QCOMPARE(mistakes.size(), 1);
+        QVERIFY(mistakes.first().startsWith(QStringLiteral("desks.txt, line 1: ")));
+        QVERIFY(mistakes.first().endsWith(
+            QStringLiteral("is no device: it has a control character in it")));
+    }
+
     void aNameInTwoListsIsAMistake()
     {
         std::vector<Device> devices =

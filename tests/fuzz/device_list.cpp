@@ -19,6 +19,7 @@ void requireVisible(const UsageError &error)
 void requireDevice(const Device &device)
 {
     require(!device.name.isEmpty(), "every device has a name");
+    require(!hasControlCharacter(device.text), "no device has a control character in it");
     const Device again = deviceFrom(device.text);
     require(again.road == device.road && again.port == device.port &&
                 again.address == device.address && again.udpPort == device.udpPort &&
