@@ -37,6 +37,7 @@ ROOMS = {
 PROGRAMS = ["peloractl", "pelora-simulator"]
 LONGEST_BUILD = 600  # seconds
 LONGEST_TEST = 120  # seconds; a change that makes a test hang is noticed
+LONGEST_TESTS = 400  # seconds, of a folder
 LEAST = 90.0  # per cent that are to be noticed
 
 
@@ -104,7 +105,8 @@ class Copy:
     def pass_tests(self, folder, *choice):
         return bool(self._run("ctest", "--test-dir", str(self.build / "tests" / folder), "-j", "3",
                               "--timeout", str(LONGEST_TEST), "--stop-on-failure",
-                              "--output-on-failure", "--no-tests=error", *choice))
+                              "--output-on-failure", "--no-tests=error", *choice,
+                              timeout=LONGEST_TESTS))
 
     def try_out(self, room, change, near):
         """"noticed" or "survived"; "not built" for what is no program, "stopped" in the middle of it.
