@@ -41,10 +41,12 @@ USR_searcher::USR_searcher(const QString &target, const QString &user, const QSt
 USR_searcher::USR_searcher(const QString &target, const QString &ip, const QString &subnetMask,
                            const QString &gateway, const QString &allocation, const QString &user,
                            const QString &secret, UsrNetwork network)
-    : targetIP(target), newIP(ip), newSubnetMask(subnetMask), newGateway(gateway),
-      ipAllocation(allocation), username(user), password(secret), newUsername(user),
-      newPassword(secret), network_(std::move(network)), targetRoad_{0, network_.broadcast}
+    : USR_searcher(target, user, secret, std::move(network))
 {
+    newIP = ip;
+    newSubnetMask = subnetMask;
+    newGateway = gateway;
+    ipAllocation = allocation;
 }
 
 int USR_searcher::search_USR()

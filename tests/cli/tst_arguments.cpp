@@ -152,6 +152,7 @@ private Q_SLOTS:
             const EarlyEnd end = endOf(QString::fromLatin1(line));
             QCOMPARE(end.status, 0);
             QVERIFY(end.text.find("Usage:") != std::string::npos);
+            QVERIFY(end.text.find("show this help and end\n") != std::string::npos);
         }
         for (const char *command : {"ports", "discover", "get", "set", "save", "diff", "apply",
                                     "reset", "watch", "module", "completion"})
