@@ -44,6 +44,22 @@ _CONDITION = re.compile(r"\b(if|while) \((?!const |auto |int )")
 _CALL = re.compile(r"(?<=[;{}\n])[ \t]*(?:[\w:]+(?:\.|->|::))*\w+\((?:[^;{}])*?\);(?=\n)")
 
 
+def _for_this_system(text):
+    """`text` with blanks for the parts that only Windows compiles."""
+    lines = []
+    compiled = []  # of each #if that is open: whether the part in which we are is compiled here
+    for line in text.splitlines(keepends=True):
+        directive = line.split()
+        if line.startswith("#if"):
+            compiled.append(directive != ["#ifdef", "Q_OS_WIN"])
+        elif directive == ["#else"]:
+            compiled[-1] = not compiled[-1]
+        elif directive[:1] == ["#endif"]:
+            compiled.pop()
+        lines.append(line if all(compiled) else re.sub(r"[^\n]", " ", line))
+    return "".join(lines)
+
+
 def _blanked(text):
     """`text` with blanks for all that is no code, so that places stay where they are."""
     return _NO_CODE.sub(lambda found: re.sub(r"[^\n]", " ", found.group()), text)
@@ -51,7 +67,7 @@ def _blanked(text):
 
 def changes_in(path, text):
     """All that could be changed, in the order of the text."""
-    code = _blanked(text)
+    code = _blanked(_for_this_system(text))
     found = []
 
     def add(start, old, new, kind):
