@@ -65,6 +65,8 @@ private Q_SLOTS:
         view.selectAll();
         terminal.append(QStringLiteral(" second"));
         QCOMPARE(view.toPlainText(), QStringLiteral("first second"));
+        QVERIFY(!view.textCursor().hasSelection());
+        QVERIFY(view.textCursor().atEnd());
     }
 
     void theLast100000LinesAlwaysStay()
