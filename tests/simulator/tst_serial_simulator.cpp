@@ -101,6 +101,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("signal");
         QTest::newRow("SIGINT") << SIGINT;
         QTest::newRow("SIGTERM") << SIGTERM;
+        QTest::newRow("SIGHUP") << SIGHUP;
         QTest::newRow("end of standard input") << 0;
     }
 
@@ -110,6 +111,7 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         const QString link = folder.filePath(QStringLiteral("switch"));
         SimulatorProcess simulator;
+        simulator.process.setChildProcessModifier([] { std::signal(SIGHUP, SIG_DFL); });
         const QString path =
             simulator.start({QStringLiteral("serial"), QStringLiteral("--link"), link}).value(0);
         QCOMPARE(QFileInfo(link).symLinkTarget(), path);
@@ -121,6 +123,21 @@ private Q_SLOTS:
             ::kill(static_cast<pid_t>(simulator.process.processId()), signal);
         QCOMPARE(signal != 0 ? simulator.waitForEnd() : simulator.end(), 0);
         QVERIFY(!QFileInfo(link).isSymLink());
+    }
+
+    void underNohupItOutlivesItsTerminal()
+    {
+        SimulatorProcess simulator;
+        simulator.process.setChildProcessModifier([] { std::signal(SIGHUP, SIG_IGN); });
+        const QString path = simulator.start({QStringLiteral("serial")}).value(0);
+        const auto pid = static_cast<pid_t>(simulator.process.processId());
+        ::kill(pid, SIGHUP);
+        Line line;
+        QVERIFY(line.open(path));
+        line.say("//c2\r");
+        QTRY_COMPARE(line.heard(), QByteArray("**C2\n"));
+        ::kill(pid, SIGTERM);
+        QCOMPARE(simulator.waitForEnd(), 0);
     }
 
     void aFileInTheLinksPlaceIsAFailure()
