@@ -29,15 +29,20 @@ public:
     SimulatorProcess simulator;
 };
 
+void giveVariable(CtlProcess &process, const char *name, const char *value)
+{
+    QProcessEnvironment environment = process.process.processEnvironment();
+    environment.insert(QString::fromUtf8(name), QString::fromUtf8(value));
+    process.process.setProcessEnvironment(environment);
+}
+
 /// A run with this password in the environment.
 CtlRun ctlWith(const char *password, const char *arguments, const char *newPassword = nullptr)
 {
     CtlProcess process;
-    QProcessEnvironment environment = process.process.processEnvironment();
-    environment.insert(QStringLiteral("PELORA_PASSWORD"), QString::fromUtf8(password));
+    giveVariable(process, "PELORA_PASSWORD", password);
     if (newPassword != nullptr)
-        environment.insert(QStringLiteral("PELORA_NEW_PASSWORD"), QString::fromUtf8(newPassword));
-    process.process.setProcessEnvironment(environment);
+        giveVariable(process, "PELORA_NEW_PASSWORD", newPassword);
     process.start(words("--wait 200") + words(arguments));
     return process.wait();
 }
@@ -256,9 +261,7 @@ private Q_SLOTS:
     {
         const Lan lan("--address 192.0.2.7 --name Desk --restart-time 60000 --verbose");
         CtlProcess process;
-        QProcessEnvironment environment = process.process.processEnvironment();
-        environment.insert(QStringLiteral("PELORA_PASSWORD"), QStringLiteral("admin"));
-        process.process.setProcessEnvironment(environment);
+        giveVariable(process, "PELORA_PASSWORD", "admin");
         process.start(
             words("--timeout 100 --retries 0 module set -u admin -d module:Desk name=Lab"));
         const CtlRun run = process.wait();
@@ -309,9 +312,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, complaint);
         Lan lan("--address 192.0.2.7 --name Desk --verbose");
         CtlProcess process;
-        QProcessEnvironment environment = process.process.processEnvironment();
-        environment.insert(QStringLiteral("PELORA_PASSWORD"), QStringLiteral("admin"));
-        process.process.setProcessEnvironment(environment);
+        giveVariable(process, "PELORA_PASSWORD", "admin");
         process.start(words("--wait 60000") + command.split(u' '));
         QTRY_VERIFY_WITH_TIMEOUT(lan.simulator.reports().contains("search"), 20000);
         ::kill(static_cast<pid_t>(process.process.processId()), SIGINT);
@@ -324,9 +325,7 @@ private Q_SLOTS:
     {
         Lan lan("--address 192.0.2.7 --name Desk --restart-time 60000 --verbose");
         CtlProcess process;
-        QProcessEnvironment environment = process.process.processEnvironment();
-        environment.insert(QStringLiteral("PELORA_PASSWORD"), QStringLiteral("admin"));
-        process.process.setProcessEnvironment(environment);
+        giveVariable(process, "PELORA_PASSWORD", "admin");
         process.start(words("--wait 200 module set -u admin -d module:Desk name=Lab"));
         QTRY_VERIFY_WITH_TIMEOUT(lan.simulator.reports().contains("restart"), 20000);
         ::kill(static_cast<pid_t>(process.process.processId()), SIGINT);
