@@ -249,6 +249,19 @@ private Q_SLOTS:
         QVERIFY(!dialog_->isVisible());
     }
 
+    void closedBeforeItAppliesItSendsNothing()
+    {
+        makeDialog("80", {50ms, 10ms, 10ms});
+        module_->forgetFrames();
+        dialog_->show();
+        clickButton(*dialog_, "pushButton_Apply_IP");
+        dialog_->close();
+        QVERIFY(!notice()->isVisible());
+        pass(200ms);
+        QVERIFY(module_->frames().isEmpty());
+        QVERIFY(boxes_->seen().isEmpty());
+    }
+
     void closedWhileItWaitsItDoesNothingMore()
     {
         makeDialog("80", {10ms, 1h, 200ms});
@@ -258,9 +271,7 @@ private Q_SLOTS:
         QVERIFY(module_->waitForFrames(3));
         dialog_->close();
         QVERIFY(!notice()->isVisible());
-        bool isOver = false;
-        QTimer::singleShot(400ms, this, [&isOver] { isOver = true; });
-        QTRY_VERIFY(isOver);
+        pass(400ms);
         QCOMPARE(module_->frames().size(), 3);
         QVERIFY(boxes_->seen().isEmpty());
     }
@@ -273,10 +284,17 @@ private Q_SLOTS:
         clickButton(*dialog_, "pushButton_Apply_IP");
         QVERIFY(module_->waitForFrames(3));
         dialog_.reset();
-        bool isOver = false;
-        QTimer::singleShot(300ms, this, [&isOver] { isOver = true; });
-        QTRY_VERIFY(isOver);
+        pass(300ms);
         QCOMPARE(module_->frames().size(), 3);
+    }
+
+private:
+    /// Lets a time pass in which nothing is to happen.
+    void pass(std::chrono::milliseconds time)
+    {
+        bool isOver = false;
+        QTimer::singleShot(time, this, [&isOver] { isOver = true; });
+        QTRY_VERIFY(isOver);
     }
 };
 
