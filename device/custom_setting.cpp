@@ -8,13 +8,20 @@ constexpr int fieldWidth = 3;
 constexpr int yOffset = 4;
 constexpr auto nameOffset = static_cast<qsizetype>(reportedNameOffset);
 
+/// Control characters would end a command early. A byte order mark is nothing to see, and is lost
+/// wherever a text begins with it.
+bool isNoCharacter(QChar character)
+{
+    return character.category() == QChar::Other_Control || character == QChar::ByteOrderMark;
+}
+
 QString withoutControls(QString text)
 {
-    text.removeIf([](QChar character) { return character.category() == QChar::Other_Control; });
+    text.removeIf(isNoCharacter);
     return text;
 }
 
-/// `text` in UTF-8 without the control characters that would end the command early.
+/// `text` in UTF-8 as it can be sent.
 std::string printable(const QString &text)
 {
     return withoutControls(text).toStdString();
@@ -179,9 +186,8 @@ std::string customEntryName(std::string_view value, std::size_t skip)
 {
     value.remove_prefix(std::min(skip, value.size()));
     QString name = QString::fromUtf8(value.data(), static_cast<qsizetype>(value.size()));
-    name.removeIf([](QChar character) {
-        return character == QLatin1Char(' ') || character.category() == QChar::Other_Control;
-    });
+    name.removeIf(
+        [](QChar character) { return character == QLatin1Char(' ') || isNoCharacter(character); });
     return name.toStdString();
 }
 

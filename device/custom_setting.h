@@ -55,9 +55,9 @@ std::string resolutionCommand(int channel, int index);
 
 /// The submitted form, `setting` 1 to 4, with the blank behind the name that the switch requires:
 /// "//MM C2 120 80 DESK " (2F 2F 4D 4D 20 43 32 20 31 32 30 20 38 30 20 44 45 53 4B 20).
-/// It has at most 99 bytes; a longer name is shortened, at a whole character. Control characters in
-/// the texts are dropped, and so are blanks around X and Y; "+80" and "0080" are sent as "80",
-/// since the switch reads no more than three digits.
+/// It has at most 99 bytes; a longer name is shortened, at a whole character. Control characters
+/// and byte order marks in the texts are dropped, and so are blanks around X and Y; "+80" and
+/// "0080" are sent as "80", since the switch reads no more than three digits.
 std::string submittedCommand(int setting, const MovementSetting &values);
 
 /// The stored form, `setting` 1 to 4, without a trailing blank: "//MM C2 120 080 DESK". At most 99
@@ -74,9 +74,9 @@ QString customSettingProblem(const MovementSetting &values, int setting,
 /// empty, printable, without a blank.
 bool isCustomName(const QString &name);
 
-/// The name inside `value`: what stands behind its first `skip` bytes, without blanks, tabs and
-/// control characters; bytes that are no UTF-8 come as U+FFFD. Empty when there is no more than
-/// that. Example: "100 250 OFFICE" with 8 gives "OFFICE".
+/// The name inside `value`: what stands behind its first `skip` bytes, without blanks, control
+/// characters and byte order marks; bytes that are no UTF-8 come as U+FFFD. Empty when there is no
+/// more than that. Example: "100 250 OFFICE" with 8 gives "OFFICE".
 std::string customEntryName(std::string_view value, std::size_t skip);
 
 /// The fields of a data label, where X stands in characters 0 to 2, Y in 4 to 6 and the name from

@@ -149,6 +149,7 @@ private Q_SLOTS:
         row("nothing entered: the name comes first", "", "", "", 0, noName);
         row("name of blanks", "  ", "100", "250", 0, noName);
         row("name of control characters", "\x01 \xC2\x85", "100", "250", 0, noName);
+        row("name of a byte order mark", "\xEF\xBB\xBF\xEF\xBB\xBF", "100", "250", 0, noName);
         row("X before Y", "NEW", "", "", 0, noX);
         row("Y missing", "NEW", "100", "", 0, noY);
         row("Y missing comes before a taken name", "OFFICE", "100", "", 0, noY);
@@ -181,6 +182,9 @@ private Q_SLOTS:
                                  "B\xC2\xA0\xC3\x9C",
                                  8),
                  std::string("AB\xC2\xA0\xC3\x9C"));
+        // A byte order mark is lost wherever a text begins with it: it is at no place in a name.
+        QCOMPARE(customEntryName("100 250  \xEF\xBB\xBF\xEF\xBB\xBFMY\xEF\xBB\xBF DESK", 8),
+                 std::string("MYDESK"));
         // What is left may not become a control character: here U+0085.
         QCOMPARE(customEntryName("100 250 A\xC2 \x85", 8),
                  std::string("A\xEF\xBF\xBD\xEF\xBF\xBD"));

@@ -13,13 +13,41 @@ void requireHarmless(const std::string &command)
     require(frame.toStdString() == command + '\r', "the command and its end are sent", command);
 }
 
+/// A name as it is sent.
+QString withoutControls(QString name)
+{
+    name.removeIf([](QChar character) {
+        return character.category() == QChar::Other_Control || character == QChar(0xfeff);
+    });
+    return name;
+}
+
 /// Whether the name begins with so many blanks that the switch, which keeps 24 bytes, may have
 /// nothing else of it.
-bool isBlankInSwitch(QString name)
+bool isBlankInSwitch(const QString &sent)
 {
-    name.removeIf([](QChar character) { return character.category() == QChar::Other_Control; });
     constexpr int keptForSure = 21; // the next character may be of four bytes
-    return name.startsWith(QString(keptForSure, QLatin1Char(' ')));
+    return sent.startsWith(QString(keptForSure, QLatin1Char(' ')));
+}
+
+void requireReads(const std::string &command, int setting, const MovementSetting &typed,
+                  const QString &name)
+{
+    const std::optional<SwitchCommand> read = requireUnderstood(command);
+    if (!read)
+        return;
+    require(read->kind == SwitchCommand::Kind::Custom && read->number == setting,
+            "the switch reads the setting that is meant", command);
+    require(read->custom.x == typed.x.toInt() && read->custom.y == typed.y.toInt(),
+            "the switch reads the speeds that were typed", command);
+    require(read->custom.name == keptName(name), "the switch reads the name that was typed",
+            command);
+}
+
+/// A speed as a settings file has it.
+QString inThreeDigits(const QString &speed)
+{
+    return QString::number(speed.toInt()).rightJustified(3, QLatin1Char('0'));
 }
 } // namespace
 
@@ -38,16 +66,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     requireHarmless(submitted);
     requireHarmless(stored);
     require(submitted.ends_with(' '), "the blank that the switch requires is there", submitted);
-    if (!customSettingProblem(typed, setting - 1, presetNames()).isEmpty() ||
-        isBlankInSwitch(typed.name))
+    const QString sent = withoutControls(typed.name);
+    if (!customSettingProblem(typed, setting - 1, presetNames()).isEmpty() || isBlankInSwitch(sent))
         return 0;
 
-    const std::optional<SwitchCommand> read = requireUnderstood(submitted);
-    if (!read)
-        return 0;
-    require(read->kind == SwitchCommand::Kind::Custom && read->number == setting,
-            "the switch reads the setting that is meant", submitted);
-    require(read->custom.x == typed.x.toInt() && read->custom.y == typed.y.toInt(),
-            "the switch reads the speeds that were typed", submitted);
+    requireReads(submitted, setting, typed, sent);
+    // A blank at its end is, in a file, the one that the switch requires behind a name.
+    requireReads(
+        storedCommand(setting, {typed.name, inThreeDigits(typed.x), inThreeDigits(typed.y)}),
+        setting, typed, sent.endsWith(QLatin1Char(' ')) ? sent.chopped(1) : sent);
     return 0;
 }

@@ -36,8 +36,29 @@ void requireEveryRoad(const DisplayLayout &layout)
     require(layoutFrom(layoutText(layout)) == layout, "a drawn layout is the same");
 }
 
-/// Displays of any channel, active or not, anywhere: the command is one to the switch, or there was
-/// none.
+/// Inactive displays go by channel 3's digit. The switch takes the cells of all others; those of
+/// channel 3 when no other goes by its digit.
+void requireActiveOnesPlaced(const DisplayLayout &layout, const std::array<bool, 4> &isInactive)
+{
+    std::vector<PlacedDisplay> displays;
+    for (std::size_t at = 0; at < layout.size(); ++at)
+        displays.push_back({layout.at(at), static_cast<int>(at) + 1, !isInactive.at(at)});
+    const bool isThreeAlone = !isInactive[0] && !isInactive[1] && !isInactive[3];
+    if (isInactive[0] && isInactive[1] && isInactive[3])
+        return; // the switch takes no command in which every group goes by one digit
+    const std::string command = layoutCommand(displays);
+    const std::optional<SwitchCommand> read = requireUnderstood(command);
+    require(read && read->kind == SwitchCommand::Kind::Layout, "the switch reads a layout",
+            command);
+    for (std::size_t at = 0; at < layout.size(); ++at) {
+        const bool isPlaced = at == 2 ? isThreeAlone : !isInactive.at(at);
+        const GridPosition place = layout.at(at);
+        require(read->layout.cells.at(at) == (isPlaced ? place.row * 4 + place.column + 1 : 0),
+                "the switch reads the cells of what is active", command);
+    }
+}
+
+/// Displays of any channel, active or not, anywhere: what goes out is harmless.
 void requireHarmless(Choices &choices)
 {
     std::vector<PlacedDisplay> displays;
@@ -90,8 +111,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         DisplayLayout layout;
         for (GridPosition &place : layout)
             place = {choices.number(0, 3), choices.number(0, 3)};
-        if (isArrangement(layout))
+        std::array<bool, 4> isInactive{};
+        for (bool &each : isInactive)
+            each = choices.flag();
+        if (isArrangement(layout)) {
             requireEveryRoad(layout);
+            requireActiveOnesPlaced(layout, isInactive);
+        }
         break;
     }
     case 1:

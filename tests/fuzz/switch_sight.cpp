@@ -8,25 +8,13 @@
 namespace {
 using Kind = SwitchCommand::Kind;
 
-/// What the switch keeps of a name.
-std::string kept(const QString &name)
-{
-    constexpr std::size_t longestName = 24;
-    std::string bytes = name.toStdString();
-    if (bytes.size() <= longestName)
-        return bytes;
-    std::size_t end = longestName;
-    while (end > 0 && (static_cast<unsigned char>(bytes[end]) & 0xc0U) == 0x80U)
-        --end;
-    return bytes.substr(0, end);
-}
-
-/// A name as it is read: without its blanks and control characters.
+/// A name as it is read.
 QString readable(const std::string &name)
 {
     QString text = QString::fromStdString(name);
     text.removeIf([](QChar character) {
-        return character == QLatin1Char(' ') || character.category() == QChar::Other_Control;
+        return character == QLatin1Char(' ') || character == QChar(0xfeff) ||
+               character.category() == QChar::Other_Control;
     });
     return text;
 }
@@ -67,10 +55,29 @@ void requireCustom(const SwitchCommand &command, int number,
             "the switch reads the custom setting that is meant", text);
     require(command.custom.x == wanted->x && command.custom.y == wanted->y,
             "the switch reads the speeds that are wanted", text);
-    require(command.custom.name == kept(wanted->name), "the switch reads the name that is wanted",
-            text);
+    require(command.custom.name == keptName(wanted->name),
+            "the switch reads the name that is wanted", text);
 }
 } // namespace
+
+std::string keptName(const QString &sent)
+{
+    constexpr std::size_t longestName = 24;
+    std::string bytes = sent.toStdString();
+    if (bytes.size() <= longestName)
+        return bytes;
+    std::size_t end = longestName;
+    while (end > 0 && (static_cast<unsigned char>(bytes[end]) & 0xc0U) == 0x80U)
+        --end;
+    return bytes.substr(0, end);
+}
+
+bool hasUnreadableName(const SwitchState &state, SettingKey key)
+{
+    return isCustomSetting(key) &&
+           readable(state.custom.at(static_cast<std::size_t>(settingNumber(key) - 1)).name)
+               .isEmpty();
+}
 
 std::optional<SwitchCommand> requireUnderstood(const std::string &command)
 {
@@ -141,6 +148,10 @@ void requireTells(const SwitchConfiguration &configuration, const SwitchState &s
                 "resolutions are read as they are");
         const std::optional<MouseMovement> &custom = configuration.custom.at(at);
         const CustomSetting &stored = state.custom.at(at);
+        if (readable(stored.name).isEmpty()) {
+            require(!custom, "a setting of which no name is left is not read", stored.name);
+            continue;
+        }
         require(custom.has_value(), "custom settings are read", stored.name);
         require(custom->x == stored.x && custom->y == stored.y, "speeds are read as they are");
         require(custom->name == readable(stored.name), "names are read as they are", stored.name);

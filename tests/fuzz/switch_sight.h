@@ -20,6 +20,14 @@ std::optional<SwitchCommand> requireUnderstood(const std::string &command);
 /// companions, the ports around it, only that they are understood.
 void requireSets(const SettingCommand &command, const SwitchConfiguration &wanted);
 
-/// Requires that `configuration` is what a switch in `state` has, setting for setting. Blanks and
-/// control characters in a custom setting's name are not read; bytes that are no UTF-8 are U+FFFD.
+/// What the switch keeps of a custom setting's name that is sent to it.
+std::string keptName(const QString &sent);
+
+/// Whether nothing can be read of the name that a switch in `state` has for the custom setting
+/// `key`, because it is of blanks and control characters alone.
+bool hasUnreadableName(const SwitchState &state, SettingKey key);
+
+/// Requires that `configuration` is what a switch in `state` has, setting for setting. Blanks,
+/// control characters and byte order marks in a custom setting's name are not read, and a setting
+/// of which nothing is left is not; bytes that are no UTF-8 are U+FFFD.
 void requireTells(const SwitchConfiguration &configuration, const SwitchState &state);
