@@ -42,7 +42,9 @@ int main(int argc, char *argv[])
          QStringLiteral("serial")},
         {QStringLiteral("hours"), QStringLiteral("The share of 24 hours (24)."),
          QStringLiteral("HOURS"), QStringLiteral("24")},
-        {QStringLiteral("leak"), QStringLiteral("Keep something each time: the soak is to fail.")},
+        {QStringLiteral("leak"),
+         QStringLiteral("Keep memory, files, objects or timers each time: the soak is to fail."),
+         QStringLiteral("WHAT")},
     });
     parser.process(application);
     const auto road = roadNamed(parser.value(QStringLiteral("road")).toLatin1());
@@ -54,8 +56,11 @@ int main(int argc, char *argv[])
     QPixmapCache::setCacheLimit(512); // KiB; filled at once instead of over many dialogs
     live_objects::begin();
     Soak soak(*road, QDir(home.path()), hours);
-    if (parser.isSet(QStringLiteral("leak")))
-        soak.leak();
+    const QString leak = parser.value(QStringLiteral("leak"));
+    if (!leak.isEmpty() && !soak.leak(leak.toLatin1())) {
+        std::fputs("pelora-soak: --leak takes memory, files, objects or timers\n", stderr);
+        return mistakeStatus;
+    }
     QElapsedTimer clock;
     clock.start();
     QApplication::setQuitOnLastWindowClosed(false); // the program ends with the soak

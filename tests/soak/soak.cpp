@@ -5,10 +5,15 @@
 #include "resources.h"
 
 #include <QComboBox>
+#include <QFile>
+#include <QHash>
+#include <QTextDocument>
+#include <QTextEdit>
 #include <QTimer>
 #include <algorithm>
 #include <cstdio>
 #include <optional>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -24,7 +29,9 @@ constexpr int bytesOfAFullTerminal = 110'000 * 62; // lines of the simulator's t
 
 constexpr auto longestOfAll = 120s; // on a machine that is busy with others
 constexpr auto patience = 3s;       // before a button is pressed because nothing came
-constexpr int leastTimes = 6;
+constexpr int leastTimes = 40;      // so that one more each time is beyond every bound below
+constexpr int leastTexts = 6;
+constexpr int dialogsOfAWizard = 4;
 
 /// What may be more at the end than in the middle, and in the middle than at the start. The
 /// terminal drops its oldest 10,000 lines at a time, and so holds more or less of them.
@@ -34,9 +41,9 @@ constexpr int moreFiles = 1;
 constexpr int moreObjects = 8;
 constexpr int moreTimers = 4;
 
-int timesOf(int whole, double share)
+int timesOf(int whole, double share, int least = leastTimes)
 {
-    return std::max(leastTimes, static_cast<int>(whole * share));
+    return std::max(least, static_cast<int>(whole * share));
 }
 
 /// Shorter than the walk's times, on lines that carry an answer at once.
@@ -59,9 +66,46 @@ Soak::Soak(Road road, const QDir &folder, double hours)
     answers_.setObliging(true);
 }
 
-Soak::~Soak()
+Soak::~Soak() = default;
+
+bool Soak::leak(const QByteArray &kind)
 {
-    qDeleteAll(keptObjects_);
+    static const QHash<QByteArray, Leak> kinds = {{"memory", Leak::Memory},
+                                                  {"files", Leak::File},
+                                                  {"objects", Leak::Object},
+                                                  {"timers", Leak::Timer}};
+    leak_ = kinds.value(kind, Leak::None);
+    return leak_ != Leak::None;
+}
+
+void Soak::keepSomething()
+{
+    constexpr int muchMemory = 1'500'000; // bytes
+    std::unique_ptr<QObject> kept;
+    switch (leak_) {
+    case Leak::None:
+        return;
+    case Leak::Memory:
+        keptBytes_.append(QByteArray(muchMemory, 'x'));
+        return;
+    case Leak::File: {
+        auto file = std::make_unique<QFile>(QStringLiteral("/dev/null"));
+        if (!file->open(QIODevice::ReadOnly))
+            qFatal("/dev/null cannot be opened");
+        kept = std::move(file);
+        break;
+    }
+    case Leak::Object:
+        kept = std::make_unique<QObject>();
+        break;
+    case Leak::Timer: {
+        auto timer = std::make_unique<QTimer>();
+        timer->start(1h);
+        kept = std::move(timer);
+        break;
+    }
+    }
+    keptObjects_.push_back(std::move(kept));
 }
 
 int Soak::run()
@@ -89,8 +133,8 @@ int Soak::run()
                           [this] { return readBack(); });
     if (good && road_ == Road::Serial)
         good = repeat("times 2 MB of text",
-                      timesOf(1, share_ * wholeShare * bytesOfAnHour / bytesAtOnce), memoryOfText,
-                      [this] { return hearText(); });
+                      timesOf(1, share_ * wholeShare * bytesOfAnHour / bytesAtOnce, leastTexts),
+                      memoryOfText, [this] { return hearText(); });
     good = good && repeat("connections", timesOf(connections, share_), memoryOfMost,
                           [this] { return connectAnew(); });
     if (good && road_ == Road::Udp)
@@ -115,10 +159,7 @@ bool Soak::repeat(const char *what, int times, qint64 memoryBound,
                         qPrintable(user_.lastLine()));
             return false;
         }
-        if (leaks_) {
-            kept_.append(QByteArray(50'000, 'x'));
-            keptObjects_.append(new QObject);
-        }
+        keepSomething();
         if (done == stride || done == (times + stride) / 2 || done == times)
             samples.append(sample());
     }
@@ -197,7 +238,9 @@ bool Soak::connectAnew()
 bool Soak::runWizard()
 {
     answers_.follow(1);
-    return user_.press("pushButton_Connection_Settings") && waitForRead();
+    const int answeredBefore = answers_.answered();
+    return user_.press("pushButton_Connection_Settings") && waitForRead() &&
+           answers_.answered() - answeredBefore >= dialogsOfAWizard;
 }
 
 /// Two megabytes, and the answer to a button behind them that says they have been read. Behind so
@@ -205,6 +248,13 @@ bool Soak::runWizard()
 /// the buzzer's other button is pressed, as its user would.
 bool Soak::hearText()
 {
+    const auto *terminal =
+        user_.window().findChild<QTextEdit *>(QStringLiteral("textEdit_Main_Terminal"));
+    qint64 heard = 0; // characters; CR LF is one of them
+    QObject context;
+    QObject::connect(terminal->document(), &QTextDocument::contentsChange, &context,
+                     [&heard](int, int, int added) { heard += added; });
+    const qint64 enough = road_ == Road::Udp ? bytesAtOnce / 2 : bytesAtOnce / 100 * 95;
     const QByteArray unit = QByteArray::number(user_.chosenUnit());
     const QByteArray bytes = QByteArray::number(bytesAtOnce);
     desk_.obey(readStep("flood " + unit + " " + bytes));
@@ -215,7 +265,7 @@ bool Soak::hearText()
         user_.press(turnsOn ? "pushButton_ON_Beep" : "pushButton_OFF_Beep");
         const QString answer = turnsOn ? QStringLiteral("Beep on") : QStringLiteral("Beep off");
         if (waitUntil([&] { return user_.lastLine().endsWith(answer); }, once))
-            return true;
+            return heard >= enough;
     }
     return false;
 }

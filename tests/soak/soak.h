@@ -7,10 +7,12 @@
 #include "user.h"
 
 #include <QByteArray>
+#include <QByteArrayList>
 #include <QDir>
 #include <QList>
 #include <functional>
 #include <memory>
+#include <vector>
 
 /// The same thing done very often, to see whether the program keeps something of it: read-backs,
 /// connections, wizard runs, text. What it holds of the system is noted when it has got into its
@@ -22,13 +24,16 @@ public:
     Soak(Road road, const QDir &folder, double hours);
     ~Soak();
 
-    /// For the test of the soak itself: something is kept each time.
-    void leak() { leaks_ = true; }
+    /// For the test of the soak itself: "memory", "files", "objects" or "timers" are kept each
+    /// time. False when `kind` is none of these.
+    bool leak(const QByteArray &kind);
 
     /// Inside the event loop; prints what it did. Returns the exit status: 0 or 1.
     int run();
 
 private:
+    enum class Leak { None, Memory, File, Object, Timer };
+
     struct Sample
     {
         qint64 memory; ///< KiB
@@ -37,6 +42,7 @@ private:
         int timers;
     };
 
+    void keepSomething();
     bool repeat(const char *what, int times, qint64 memoryBound, const std::function<bool()> &once);
     static bool inATurn(const std::function<bool()> &once);
     bool judge(const char *what, int times, qint64 memoryBound, const QList<Sample> &samples) const;
@@ -52,11 +58,11 @@ private:
 
     const Road road_;
     const double share_;
-    bool leaks_ = false;
+    Leak leak_ = Leak::None;
     Desk desk_;
     CommandWatch watch_;
     DialogAnswers answers_;
     User user_;
-    QList<QByteArray> kept_;
-    QList<QObject *> keptObjects_;
+    QByteArrayList keptBytes_;
+    std::vector<std::unique_ptr<QObject>> keptObjects_;
 };
