@@ -2,7 +2,11 @@
 #include "resources.h"
 #include "walk.h"
 
+#include <QApplication>
 #include <QFile>
+#include <QMessageBox>
+#include <QThread>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -10,16 +14,26 @@ namespace {
 constexpr auto quiet = 350; // ms without a word, longer than any fault makes a switch wait
 constexpr auto longestQuiet = 60s;
 constexpr auto longestReading = 8s;
-constexpr int firstLegs = 5; // until caches are full
+constexpr int checksOfAWizard = 4; // the wizard is run again in every fourth
+constexpr int firstLegs = 5;       // until caches are full
 
-/// The bounds of a leg. Modules are searched for and logged in to without the event loop, as the
-/// dialogs that do it are made: every search takes 60 ms here, every login behind it 30 ms.
+/// Modules are searched for and logged in to without the event loop, as the dialogs that do it are
+/// made: every search takes 60 ms here, every login behind it 30 ms. The desk's report of them is
+/// read when the loop turns again.
 constexpr qint64 longestGap = 2000;        // ms
+constexpr auto reportsAreRead = 200;       // ms
 constexpr qint64 waitOfASearch = 75;       // ms, with what the machine adds
 constexpr qint64 waitOfALogin = 40;        // ms
 constexpr qint64 memoryBound = 24 * 1024;  // KiB above that of the first legs
 constexpr qint64 memoryOfAFileDialog = 20; // KiB that Qt's own one keeps each time
 constexpr int filesBound = 4;              // above those of the first legs
+
+/// A dialog that no answer closes.
+class StubbornDialog : public QDialog
+{
+public:
+    void reject() override {}
+};
 } // namespace
 
 /// The switches behave again and the window is read back; then everything has to be right.
@@ -27,19 +41,17 @@ void Walk::check()
 {
     tell("check");
     ++figures_.checks;
-    checkGap();
     answers_.setObliging(true);
     answers_.follow(plan_.seed);
-    const auto steps = {&Walk::settle,        &Walk::connectAgain, &Walk::readBack,
-                        &Walk::checkWindow,   &Walk::checkFile,    &Walk::checkTouch,
-                        &Walk::checkCommands, &Walk::checkDialogs, &Walk::checkResources};
+    const auto steps = {&Walk::settle,        &Walk::connectAgain,   &Walk::readBack,
+                        &Walk::checkWindow,   &Walk::checkFile,      &Walk::checkTouch,
+                        &Walk::checkCommands, &Walk::breakSomething, &Walk::checkDialogs,
+                        &Walk::checkGap,      &Walk::checkResources};
     for (const auto step : steps) {
         if (failures_.isEmpty())
             (this->*step)();
     }
     answers_.setObliging(false);
-    sinceBeat_.start();
-    legGap_ = 0;
 }
 
 void Walk::settle()
@@ -53,6 +65,7 @@ void Walk::settle()
              (picture["Module username"].isEmpty() || picture["Module password"].isEmpty()));
     desk_.heal(isLockedOut);
     waitForQuiet();
+    desk_.forgetTrouble();
 }
 
 void Walk::waitForQuiet()
@@ -78,7 +91,8 @@ void Walk::connectAgain()
     const int unit = user_.chosenUnit();
     const bool isGone = user_.isOnNetwork() &&
                         seen.value(unit - 1)["Module address"] != user_.moduleAddress().toLatin1();
-    if (unit == 0 || isGone)
+    const bool isWizardsTurn = user_.isOnNetwork() && figures_.checks % checksOfAWizard == 0;
+    if (unit == 0 || isGone || isWizardsTurn)
         user_.press("pushButton_Connection_Settings");
     else if (!user_.isGreen())
         user_.press("pushButton_ON_Connection");
@@ -109,7 +123,7 @@ void Walk::checkWindow()
     const SwitchPicture picture = pictureOfChosen();
     QString difference;
     const auto agrees = [&] {
-        difference = differenceToWindow(picture, user_.window());
+        difference = differenceToWindow(picture, user_.window(), isNameKnown_);
         return difference.isEmpty();
     };
     if (!waitUntil(agrees, 1s))
@@ -155,22 +169,67 @@ void Walk::checkCommands()
         fail("command", complaints.join(QStringLiteral("; ")));
 }
 
+bool Walk::setBreakage(const QByteArray &what)
+{
+    breakage_ = what;
+    return QByteArrayList{"gap", "memory", "files", "dialog", "end", "early-end"}.contains(what);
+}
+
+/// What the checks behind it have to find.
+void Walk::breakSomething()
+{
+    constexpr int tooMuchMemory = 16 * 1024 * 1024; // bytes
+    if (breakage_ == "gap") {
+        QThread::msleep(longestGap + 500);
+    } else if (breakage_ == "memory") {
+        keptMemory_.append(QByteArray(tooMuchMemory, 'x'));
+    } else if (breakage_ == "files") {
+        for (int count = 0; count < filesBound; ++count) {
+            keptFiles_.push_back(std::make_unique<QFile>(QStringLiteral("/dev/null")));
+            if (!keptFiles_.back()->open(QIODevice::ReadOnly))
+                qFatal("/dev/null cannot be opened");
+        }
+    } else if (breakage_ == "dialog") {
+        keptDialog_ = std::make_unique<StubbornDialog>();
+        keptDialog_->show();
+    } else if (breakage_ == "end") {
+        QApplication::setQuitOnLastWindowClosed(false);
+    } else if (breakage_ == "early-end") {
+        QMessageBox(QMessageBox::Critical, {}, QStringLiteral("No hardware online")).exec();
+    }
+}
+
 void Walk::checkDialogs()
 {
     if (!waitUntil([] { return DialogAnswers::shown().isEmpty(); }, 3s))
         fail("dialog", QStringLiteral("left open: ") + DialogAnswers::shown());
 }
 
+/// A time that the event loop has stood still, 5 ms when nothing keeps it.
+void Walk::takeGap(qint64 length)
+{
+    ++beats_;
+    figures_.longestGap = std::max(figures_.longestGap, length);
+    if (length > longestGap && length > gap_.length) {
+        gap_ = {length, waitsAtBeat_, {}};
+        gap_.since.start();
+    } else if (gap_.length > 0 && gap_.since.elapsed() > reportsAreRead) {
+        const Gap gap = std::exchange(gap_, {});
+        const qint64 bound = longestGap + waitOfASearch * (waits_.searches - gap.before.searches) +
+                             waitOfALogin * (waits_.logins - gap.before.logins);
+        if (gap.length > bound)
+            fail("gap", QStringLiteral("the event loop stood still for %1 ms, more than %2")
+                            .arg(gap.length)
+                            .arg(bound));
+    }
+    waitsAtBeat_ = waits_;
+}
+
 void Walk::checkGap()
 {
-    const qint64 bound = longestGap + waitOfASearch * searches_ + waitOfALogin * logins_;
-    searches_ = 0;
-    logins_ = 0;
-    figures_.longestGap = std::max(figures_.longestGap, legGap_);
-    if (legGap_ > bound)
-        fail("gap", QStringLiteral("the event loop stood still for %1 ms, more than %2")
-                        .arg(legGap_)
-                        .arg(bound));
+    const qint64 seen = beats_; // a gap up to this moment is with the next one
+    if (!waitUntil([&] { return beats_ > seen && gap_.length == 0; }, 3s))
+        fail("gap", QStringLiteral("the event loop stands still again and again"));
 }
 
 void Walk::checkResources()

@@ -68,6 +68,8 @@ void CommandWatch::settle()
 
 void CommandWatch::take(const DeskEvent &event)
 {
+    if (event.kind == DeskEvent::Kind::ModuleRejected && event.text.startsWith("frame rejected"))
+        complain(event, "is what a module says of a frame");
     const bool isRejected = event.kind == DeskEvent::Kind::Rejected;
     if ((event.kind != DeskEvent::Kind::Command && !isRejected) || isOfDesk(event.text))
         return;

@@ -21,7 +21,6 @@ Desk::Desk(Road road, const QDir &folder) : road_(road), folder_(folder)
 {
     clock_.start();
     sinceReport_.start();
-    sinceTrouble_.start();
 }
 
 Desk::~Desk()
@@ -60,12 +59,10 @@ QString Desk::start()
 
 void Desk::startOne(int unit, const QStringList &arguments)
 {
-    const auto at = static_cast<qsizetype>(simulators_.size());
     simulators_.push_back(std::make_unique<Simulator>());
     reports_.append(QByteArray());
     Simulator &made = *simulators_.back();
     made.unit = unit;
-    Q_ASSERT(reports_.size() == at + 1);
     connect(&made.process, &QProcess::readyReadStandardError, this,
             [this, &made] { readReports(made); });
     connect(&made.process, &QProcess::readyReadStandardOutput, this,
@@ -206,7 +203,7 @@ bool Desk::hasFault() const
 
 bool Desk::isUnwell() const
 {
-    return hasFault() || sinceTrouble_.elapsed() < lastingTrouble;
+    return hasFault() || (sinceTrouble_.isValid() && sinceTrouble_.elapsed() < lastingTrouble);
 }
 
 bool Desk::hasEnded() const

@@ -63,6 +63,9 @@ public:
     /// nobody there.
     bool isUnwell() const;
     void noteTrouble();
+    /// What was amiss is over, and all that it brought about: from now on nothing excuses a utility
+    /// that finds nobody.
+    void forgetTrouble() { sinceTrouble_.invalidate(); }
     /// Whether a switch misbehaves at this moment.
     bool hasFault() const;
     bool hasEnded() const;
@@ -103,8 +106,8 @@ private:
     QByteArrayList reports_; ///< what is left of lines under way, by simulator
     QByteArray keptFault_;
     QElapsedTimer clock_;
-    qint64 speakingUntil_ = 0; ///< by the clock
-    QElapsedTimer sinceTrouble_;
+    qint64 speakingUntil_ = 0;   ///< by the clock
+    QElapsedTimer sinceTrouble_; ///< not valid until there is any
     QElapsedTimer sinceReport_;
     int faultsSet_ = 0;
     int mark_ = 0;

@@ -138,7 +138,9 @@ QByteArray newWindow(Chance &, Road)
 /// one.
 QByteArray moduleFault(Chance &chance)
 {
-    switch (chance.below(12)) {
+    switch (chance.below(13)) {
+    case 12:
+        return "keep-old";
     case 11:
         return "module-silence";
     case 0:

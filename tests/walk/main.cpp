@@ -47,6 +47,9 @@ int walkPart(const QCommandLineParser &parser, const WalkPlan &plan)
 {
     Walk walk(plan, QDir(given(parser, "folder")), parser.isSet(QStringLiteral("verbose")));
     walk.keepFault(given(parser, "keep-fault").toUtf8());
+    const QString breakage = given(parser, "break");
+    if (!breakage.isEmpty() && !walk.setBreakage(breakage.toLatin1()))
+        return mistake("--break takes gap, memory, files, dialog, end or early-end");
     return walk.run(given(parser, "part").toInt());
 }
 } // namespace
@@ -82,6 +85,9 @@ int main(int argc, char *argv[])
         {QStringLiteral("keep-fault"),
          QStringLiteral("A fault of the simulator that is never healed: the walk is to fail."),
          QStringLiteral("FAULT")},
+        {QStringLiteral("break"),
+         QStringLiteral("Something that goes wrong in every check: the walk is to fail."),
+         QStringLiteral("WHAT")},
         {QStringLiteral("part"), QStringLiteral("Be the process that walks, from this line on."),
          QStringLiteral("LINE")},
     });
@@ -111,8 +117,10 @@ int main(int argc, char *argv[])
     QStringList passedOn;
     if (parser.isSet(QStringLiteral("verbose")))
         passedOn.append(QStringLiteral("--verbose"));
-    if (parser.isSet(QStringLiteral("keep-fault")))
-        passedOn += {QStringLiteral("--keep-fault"), given(parser, "keep-fault")};
+    for (const QString &option : {QStringLiteral("keep-fault"), QStringLiteral("break")}) {
+        if (parser.isSet(option))
+            passedOn += {QStringLiteral("--") + option, parser.value(option)};
+    }
     const QDir folder(QDir(given(parser, "folder")).absolutePath());
     if (!folder.mkpath(QStringLiteral(".")))
         return mistake("the folder cannot be made");

@@ -38,7 +38,10 @@ Supervisor::Supervisor(const QDir &folder, QStringList passedOn)
 int Supervisor::walk(const WalkPlan &plan)
 {
     const QString file = planFile(folder_, "steps.txt");
-    writePlan(file, plan);
+    if (!writePlan(file, plan)) {
+        std::printf("FAILED       the steps cannot be written to %s\n", qPrintable(file));
+        return 1;
+    }
     const Outcome outcome = run(plan);
     std::printf("walked       %s, seed %llu\n", nameOf(plan.road),
                 static_cast<unsigned long long>(plan.seed));
@@ -60,7 +63,8 @@ int Supervisor::replay(const WalkPlan &plan)
     failing.steps.removeAll("check");
     const QString file = planFile(folder_, "short.txt");
     failing = shortened(failing, outcome.kind);
-    writePlan(file, failing);
+    if (!writePlan(file, failing))
+        std::printf("             the shortened steps cannot be written\n");
     tellFailure(plan, outcome, file);
     std::printf("shortened    these %d steps fail in the same way, after %d runs:\n",
                 stepsIn(failing.steps), runs_);
@@ -90,7 +94,18 @@ Supervisor::Outcome Supervisor::run(const WalkPlan &plan)
         outcome.text = "the steps cannot be written to " + file.toUtf8();
         return outcome;
     }
-    while (runPart(file, outcome.line, outcome) && outcome.line < plan.steps.size()) {
+    for (int from = 0; runPart(file, from, outcome) && outcome.line < plan.steps.size();
+         from = outcome.line) {
+        if (outcome.line == from) {
+            outcome.kind = "end";
+            outcome.text = "the program ended twice at one line";
+            return outcome;
+        }
+    }
+    if (outcome.kind.isEmpty() && outcome.figures.steps != stepsIn(plan.steps)) {
+        outcome.kind = "short";
+        outcome.text = QByteArray::number(outcome.figures.steps) + " steps were walked of " +
+                       QByteArray::number(stepsIn(plan.steps));
     }
     return outcome;
 }

@@ -112,7 +112,7 @@ QList<SwitchPicture> picturesIn(const QByteArray &text)
     return pictures;
 }
 
-QString differenceToWindow(const SwitchPicture &picture, const QWidget &window)
+QString differenceToWindow(const SwitchPicture &picture, const QWidget &window, bool isNameKnown)
 {
     Differences found;
     const int activePorts = picture["Active ports"].toInt();
@@ -152,6 +152,10 @@ QString differenceToWindow(const SwitchPicture &picture, const QWidget &window)
     if (address.isVisible() && picture.contains("Module address"))
         found.compare("the module's address", address.text().toUtf8(),
                       "  IP: " + picture["Module address"]);
+    const auto &name = find<QLabel>(window, "label_name_of_USR");
+    if (name.isVisible() && picture.contains("Module name") && isNameKnown)
+        found.compare("the module's name", asPrinted(name.text().toUtf8()),
+                      "  Name: " + picture["Module name"]);
     return found.text();
 }
 

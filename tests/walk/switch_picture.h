@@ -14,8 +14,10 @@ using SwitchPicture = QMap<QByteArray, QByteArray>;
 /// One picture from each "Unit N:" of `text`, or a single one; in their order.
 QList<SwitchPicture> picturesIn(const QByteArray &text);
 
-/// What `window` shows otherwise than the switch is; empty when they agree.
-QString differenceToWindow(const SwitchPicture &picture, const QWidget &window);
+/// What `window` shows otherwise than the switch is; empty when they agree. `isNameKnown`: also of
+/// the module's name.
+QString differenceToWindow(const SwitchPicture &picture, const QWidget &window,
+                           bool isNameKnown = true);
 
 /// The 23 lines of a settings file that describes the switch.
 QByteArrayList describingLines(const SwitchPicture &picture);

@@ -131,6 +131,18 @@ private Q_SLOTS:
         QCOMPARE(watch.takeComplaints(), QStringList());
     }
 
+    void aFrameThatAModuleRejectsIsAComplaint()
+    {
+        CommandWatch watch;
+        const QByteArray reason = "frame rejected: the checksum is 03, not 02";
+        watch.take({DeskEvent::Kind::ModuleRejected, 0, reason, reason});
+        QCOMPARE(watch.takeComplaints().size(), 1);
+        const QByteArray refusal = "login with wrong credentials, refused";
+        watch.take({DeskEvent::Kind::ModuleRejected, 1, refusal, refusal});
+        watch.take({DeskEvent::Kind::ModuleRequest, 1, "search", {}});
+        QCOMPARE(watch.takeComplaints(), QStringList());
+    }
+
     void aFileIsHeldAgainstTheSwitch()
     {
         const QByteArray file = "KM Control: //c2\nUSB Control: //u1\nLimit Ports: //D3\n"

@@ -34,11 +34,16 @@ Walk::Walk(const WalkPlan &plan, const QDir &folder, bool verbose)
     desk_.onEvent = [this](const DeskEvent &event) {
         watch_.take(event);
         if (event.text.startsWith("search") && event.unit == 1)
-            ++searches_;
+            ++waits_.searches;
         else if (event.text.startsWith("login"))
-            ++logins_;
+            ++waits_.logins;
+        if (event.kind == DeskEvent::Kind::ModuleRequest)
+            isNameKnown_ = !desk_.isUnwell();
     };
-    desk_.onTrouble = [this] { watch_.noteTrouble(); };
+    desk_.onTrouble = [this] {
+        watch_.noteTrouble();
+        isNameKnown_ = false; // the window shows a name that the module may not have taken
+    };
     answers_.onEnd = [this](const QString &text) { endEarly(text); };
     answers_.onAnswer = [this](const QString &text) { tell("    " + text.toUtf8()); };
     connect(&pump_, &QTimer::timeout, this, [this] {
@@ -74,7 +79,7 @@ int Walk::run(int from)
         waitForQuiet(); // the first reading
     });
     answers_.setObliging(false);
-    legGap_ = 0;
+    gap_ = {};
     const auto lines = static_cast<int>(plan_.steps.size());
     while (goesOn && failures_.isEmpty() && next_ < lines) {
         const auto checkAt = static_cast<int>(plan_.steps.indexOf("check", next_));
@@ -155,8 +160,7 @@ void Walk::advance()
 
 void Walk::tick()
 {
-    const qint64 gap = sinceBeat_.restart();
-    legGap_ = std::max(legGap_, gap);
+    takeGap(sinceBeat_.restart());
     const bool isGreen = user_.hasWindow() && user_.isGreen();
     if (isGreen && !wasGreen_)
         ++figures_.connections;
@@ -197,8 +201,6 @@ void Walk::report()
     figures_.commands = watch_.commands();
     figures_.faults = desk_.faultsSet();
     figures_.dialogs = answers_.answered();
-    figures_.longestGap = std::max(figures_.longestGap, legGap_);
-    legGap_ = 0;
     std::printf("figures %s\n", figures_.text().constData());
     std::fflush(stdout);
 }

@@ -7,12 +7,16 @@
 #include "steps.h"
 #include "user.h"
 
+#include <QDialog>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QObject>
 #include <QTimer>
 #include <chrono>
 #include <functional>
+#include <memory>
+#include <vector>
 
 /// One process's share of a walk: a window, its user and the desk, from a line of the plan to its
 /// end or to the program's.
@@ -29,6 +33,9 @@ public:
 
     /// A fault that is never healed, for walks that are to fail.
     void keepFault(const QByteArray &fault) { keptFault_ = fault; }
+    /// Something that the checks are to find, done in each of them: "gap", "memory", "files",
+    /// "dialog", "end" or "early-end". False when `what` is none of these.
+    bool setBreakage(const QByteArray &what);
 
     /// Walks from line `from` of the plan; the exit status: 0, or failureStatus.
     int run(int from);
@@ -38,6 +45,21 @@ private:
     {
         QByteArray kind;
         QString text;
+    };
+
+    /// How often the utility has waited for modules without its event loop.
+    struct Waits
+    {
+        int searches = 0;
+        int logins = 0;
+    };
+
+    /// A time in which the event loop did not turn.
+    struct Gap
+    {
+        qint64 length = 0; ///< ms; 0: there is none to be looked at
+        Waits before;
+        QElapsedTimer since;
     };
 
     bool inProgram(const std::function<void()> &work);
@@ -54,6 +76,8 @@ private:
     void checkTouch();
     void checkCommands();
     void checkDialogs();
+    void breakSomething();
+    void takeGap(qint64 length);
     void checkGap();
     void checkResources();
 
@@ -68,6 +92,10 @@ private:
     QDir folder_;
     bool verbose_;
     QByteArray keptFault_;
+    QByteArray breakage_; ///< empty: none
+    QByteArrayList keptMemory_;
+    std::vector<std::unique_ptr<QFile>> keptFiles_;
+    std::unique_ptr<QDialog> keptDialog_;
     Desk desk_;
     CommandWatch watch_;
     DialogAnswers answers_;
@@ -85,10 +113,12 @@ private:
 
     QTimer heartbeat_;
     QElapsedTimer sinceBeat_;
-    qint64 legGap_ = 0;
-    int searches_ = 0; ///< for modules, in this leg
-    int logins_ = 0;
+    qint64 beats_ = 0;
+    Gap gap_; ///< the longest that has not been looked at
+    Waits waits_;
+    Waits waitsAtBeat_;
     bool wasGreen_ = false;
+    bool isNameKnown_ = true; ///< the module was asked for it when all was well
     QString lastTerminal_;
     QElapsedTimer sinceTerminal_;
 };
