@@ -1,5 +1,6 @@
 #include "device/settings_text.h"
 
+#include <QString>
 #include <algorithm>
 #include <vector>
 
@@ -32,10 +33,9 @@ std::vector<Line> linesOf(const SettingsValues &values)
     return lines;
 }
 
-bool isForbidden(char character)
+bool isForbidden(QChar character)
 {
-    const auto byte = static_cast<unsigned char>(character);
-    return (byte < 0x20U && character != '\t') || byte == 0x7FU;
+    return character.category() == QChar::Other_Control && character != QLatin1Char('\t');
 }
 
 std::string_view withoutMark(std::string_view text)
@@ -88,7 +88,8 @@ std::optional<SettingsLine> findSettingsLine(std::string_view text, std::string_
 
 bool isSettingsValue(std::string_view value)
 {
-    return std::none_of(value.begin(), value.end(), isForbidden);
+    const QString text = QString::fromUtf8(value.data(), static_cast<qsizetype>(value.size()));
+    return std::none_of(text.cbegin(), text.cend(), isForbidden);
 }
 
 std::optional<std::string> settingsValue(std::string_view text, std::string_view key)

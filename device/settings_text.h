@@ -66,7 +66,8 @@ struct SettingsLine
 /// byte order mark at the text's start does not count.
 std::optional<SettingsLine> findSettingsLine(std::string_view text, std::string_view key);
 
-/// Whether `value` can be one: it has no control character other than a tab.
+/// Whether `value` can be one: it has no control character other than a tab, those beyond ASCII
+/// (U+0080 to U+009F in UTF-8) included.
 bool isSettingsValue(std::string_view value);
 
 /// What stands behind `key` on the first line of `text` that starts with it. A CR at the line's end

@@ -145,6 +145,8 @@ private Q_SLOTS:
         QTest::newRow("two carriage returns") << QByteArray("//c1\r\r") << false;
         QTest::newRow("escape") << QByteArray("\x1b//c1") << false;
         QTest::newRow("delete") << QByteArray("//c1\x7f") << false;
+        QTest::newRow("beyond ASCII") << QByteArray("//c1\xC2\x85//F") << false;
+        QTest::newRow("bytes that are no UTF-8") << QByteArray("//c1\x85") << true;
         QTest::newRow("tab") << QByteArray("//c1\t") << true;
         QTest::newRow("UTF-8") << QByteArray("B\xC3\xBCro") << true;
     }

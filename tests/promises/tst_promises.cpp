@@ -71,6 +71,12 @@ QByteArray fileWithName(const QByteArray &name)
     return "KM Control: //c4\nCustom mouse movement setting 1: //MM C1 100 250 " + name + '\n';
 }
 
+/// Whether `run` came to its own end and said something, or had nothing to complain of.
+bool hasCome(const CtlRun &run)
+{
+    return run.status == 0 || (run.status > 0 && !run.errors.isEmpty());
+}
+
 QStringList filesBelow(const QString &folder)
 {
     QStringList files;
@@ -130,6 +136,7 @@ private Q_SLOTS:
         s.button("pushButton_Load_Settings_File")->click();
         QTRY_VERIFY(!s.user.seen().isEmpty());
         QVERIFY(s.user.texts().join(QLatin1Char('\n')).contains(QFileInfo(file).fileName()));
+        QVERIFY(watch.seen.join(QLatin1Char('\n')).contains(QFileInfo(file).fileName()));
         QCOMPARE(watch.rendered, QStringList());
     }
 
@@ -212,6 +219,10 @@ private Q_SLOTS:
         QTRY_VERIFY(s.device->commands().contains("//km")); // the file's last line
         QVERIFY(s.device->commands().contains("//u4"));
         QVERIFY(!s.device->commands().contains("//F"));
+        QByteArrayList frames;
+        for (const QByteArray &command : s.device->commands())
+            frames.append(command + '\r');
+        QVERIFY(areSingleCommands(frames));
     }
 
     void noTextOfAModuleMakesItsFramesLonger_data() { controlRows(); }
@@ -241,9 +252,12 @@ private Q_SLOTS:
               QStringLiteral("apply --dry-run ") + file,
               QStringLiteral("save ") + folder_->filePath(QStringLiteral("saved.txt"))}) {
             const CtlRun run = ctl(desk.option() + command);
+            QVERIFY2(hasCome(run), qPrintable(command));
             QVERIFY2(isForEyesOnly(run.output), qPrintable(command));
             QVERIFY2(isForEyesOnly(run.errors), qPrintable(command));
         }
+        const QByteArray shown = ctl(desk.option() + QStringLiteral("get")).output;
+        QVERIFY2(shown.contains("Lock"), shown.constData()); // with what came before it
     }
 
     void noNewsFromASwitchDoesEither_data() { controlRows(); }
@@ -259,6 +273,7 @@ private Q_SLOTS:
         QVERIFY(watching.hasSaid("km-control 4\n"));
         ::kill(static_cast<pid_t>(watching.process.processId()), SIGINT);
         const CtlRun run = watching.wait();
+        QVERIFY(hasCome(run));
         QVERIFY(isForEyesOnly(run.output));
         QVERIFY(isForEyesOnly(run.errors));
     }
@@ -284,6 +299,7 @@ private Q_SLOTS:
               QStringList{QStringLiteral("-D"), good, QStringLiteral("diff"), odd},
               QStringList{QStringLiteral("-D"), odd, QStringLiteral("get")}}) {
             const CtlRun run = ctl(QString(), words);
+            QVERIFY2(hasCome(run), qPrintable(words.join(QLatin1Char(' '))));
             QVERIFY2(isForEyesOnly(run.output), run.output.toHex().constData());
             QVERIFY2(isForEyesOnly(run.errors), run.errors.toHex().constData());
         }
