@@ -65,6 +65,16 @@ def _blanked(text):
     return _NO_CODE.sub(lambda found: re.sub(r"[^\n]", " ", found.group()), text)
 
 
+def _closing(code, start):
+    """Where the bracket that opens at `start` is closed; 0 where it is not."""
+    depth = 0
+    for place in range(start, len(code)):
+        depth += {"(": 1, ")": -1}.get(code[place], 0)
+        if depth == 0:
+            return place
+    return 0
+
+
 def changes_in(path, text):
     """All that could be changed, in the order of the text."""
     code = _blanked(_for_this_system(text))
@@ -88,7 +98,10 @@ def changes_in(path, text):
     for match in _NOT.finditer(code):
         add(match.start(), "!", "", "condition")
     for match in _CONDITION.finditer(code):
-        add(match.start(), match.group(), f"{match.group()}false && ", "condition")
+        end = _closing(code, match.end() - 1)
+        if end > 0:
+            add(match.start(), text[match.start() : end + 1],
+                f"{match.group()}false && ({text[match.end() : end]}))", "condition")
     for match in _CALL.finditer(code):
         words = match.group().split("(")[0].split()
         if words and words[0] not in ("return", "connect", "Q_UNUSED") and "static_assert" not in words[0]:
