@@ -49,7 +49,8 @@ private Q_SLOTS:
             QCOMPARE(help.status, 0);
             QCOMPARE(help.errors, QByteArray());
             QVERIFY(help.output.startsWith("Usage: "));
-            for (const char *named : {"-h, --help", "-v, --version", "--record <FILE>"})
+            for (const char *named : {"Configures the Norvik Pelora keyboard-and-mouse switch.",
+                                      "-h, --help", "-v, --version", "--record <FILE>"})
                 QVERIFY2(help.output.contains(named), help.output.constData());
             QVERIFY(!help.output.contains("qwindowgeometry"));
         }

@@ -36,6 +36,10 @@ private Q_SLOTS:
         row("comboBox_Enable_or_Disable_Cursor_Roll", 0, "//o0");
         row("comboBox_Select_active_port", 0, "//D2");
         row("comboBox_Select_active_port", 1, "//D3");
+        row("comboBox_mouse_movement_resolution_setting_1", 5, "//CE 1 6");
+        row("comboBox_mouse_movement_resolution_setting_2", 5, "//CE 2 6");
+        row("comboBox_mouse_movement_resolution_setting_3", 5, "//CE 3 6");
+        row("comboBox_mouse_movement_resolution_setting_4", 5, "//CE 4 6");
     }
 
     void aComboSendsItsCommandOnChange()
@@ -45,6 +49,28 @@ private Q_SLOTS:
         QFETCH(QByteArray, command);
         s_->combo(combo.toLatin1().constData())->setCurrentIndex(index);
         QTRY_COMPARE(s_->device->commands(), QList<QByteArray>{command});
+    }
+
+    void aPressOnAnEmptyCellDragsNothing()
+    {
+        auto *grid = s_->window->findChild<QTableWidget *>(QStringLiteral("tableWidget"));
+        s_->button("TopologyAndDisplayBtn")->click();
+        const auto press = [grid](int row, int column) {
+            const QRect cell = grid->visualRect(grid->model()->index(row, column));
+            QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, cell.center());
+        };
+        int empty = 0;
+        while (empty < 16 && grid->item(empty / 4, empty % 4) != nullptr &&
+               !grid->item(empty / 4, empty % 4)->text().isEmpty())
+            ++empty;
+        press(empty / 4, empty % 4);
+        QVERIFY(!grid->dragEnabled());
+        int held = 0;
+        while (held < 16 && (grid->item(held / 4, held % 4) == nullptr ||
+                             grid->item(held / 4, held % 4)->text().isEmpty()))
+            ++held;
+        press(held / 4, held % 4);
+        QVERIFY(grid->dragEnabled());
     }
 
     void theOtherFormsGoOutOnTheWayBack()

@@ -61,6 +61,9 @@ private Q_SLOTS:
         QTRY_COMPARE(s.user.seen().size(), 1);
         QVERIFY(s.user.seen().constFirst().text.contains(
             QStringLiteral("; check the cable, then press On")));
+        for (const char *name : {"pushButton_ON_Connection", "pushButton_Connection_Indicator"})
+            QCOMPARE(s.button(name)->toolTip(),
+                     QStringLiteral("Disconnected: ") + s.user.seen().constFirst().text);
         QVERIFY(openBox());
         s.button("pushButton_ON_Connection")->click(); // in vain
         QVERIFY(openBox());

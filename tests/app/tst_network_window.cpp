@@ -145,9 +145,11 @@ private Q_SLOTS:
         QVERIFY(peersPort.bind(QHostAddress::LocalHost, n.peerPort));
         peersPort.close();
         n.commands.clear();
+        n.find<QTextEdit>("textEdit_Main_Terminal")->setPlainText(QStringLiteral("of before"));
         n.find<QPushButton>("pushButton_ON_Connection")->click();
         QTRY_COMPARE(n.commands, readCommands);
         QTRY_VERIFY(n.isGreen());
+        QVERIFY(!n.terminal().contains(QStringLiteral("of before")));
         QTest::qWait(400); // past the watchdog, which finds the switch connected
         QVERIFY(n.user.seen().isEmpty());
     }

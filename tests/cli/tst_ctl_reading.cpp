@@ -331,6 +331,7 @@ private Q_SLOTS:
         QVERIFY(text.startsWith("{\"bytes\":\"2f2f726c0d\",\"direction\":\"sent\""));
         QVERIFY(text.contains("\"text\":\"Current Hotkey Trigger: Scroll Lock\\n"));
         QCOMPARE(text.count('\n'), 6);
+        QCOMPARE(text.count("\"road\":\"udp\""), 6);
     }
 
     void aRecordThatCannotBeWrittenStopsItBeforeAnythingIsSent()

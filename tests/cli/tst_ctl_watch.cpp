@@ -17,7 +17,7 @@ private Q_SLOTS:
             (desk.option() + QStringLiteral("watch")).split(QLatin1Char(' '), Qt::SkipEmptyParts));
         QVERIFY(process.hasSaid("usb-control 3\n"));
         QCOMPARE(desk.commands(), QByteArrayList{"//??\r"});
-        desk.say("**C4\nBeep on\n**M1\r\n");
+        desk.say("\n**C4\nBeep on\n**M1\r\n");
         QVERIFY(process.hasSaid("usb-control 1\n"));
         desk.say("no end of \x1b[2J");
         QVERIFY(process.hasSaid("text no end of \\x1b[2J\n"));
@@ -27,6 +27,7 @@ private Q_SLOTS:
         QCOMPARE(run.output, QByteArray("text Current Hotkey Trigger: Scroll Lock\n"
                                         "km-control 2\n"
                                         "usb-control 3\n"
+                                        "text \n"
                                         "km-control 4\n"
                                         "text Beep on\n"
                                         "km-control 1\n"

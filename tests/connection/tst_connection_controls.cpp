@@ -84,6 +84,19 @@ private Q_SLOTS:
         QVERIFY(!f.beepOn.isEnabled() && f.beepOff.isEnabled());
     }
 
+    void whatALoadHoldsComesBackAsItWas()
+    {
+        QPushButton enabled;
+        QPushButton disabled;
+        disabled.setEnabled(false);
+        LinkBench f({}, {&enabled, &disabled});
+        f.controls.holdWhileLoading(true);
+        QVERIFY(!enabled.isEnabled() && !disabled.isEnabled());
+        f.controls.holdWhileLoading(false);
+        QVERIFY(enabled.isEnabled());
+        QVERIFY(!disabled.isEnabled());
+    }
+
     void disarmedHandlersComeBackAsTheyWere()
     {
         LinkBench f;

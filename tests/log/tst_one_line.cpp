@@ -25,6 +25,8 @@ private Q_SLOTS:
         QTest::newRow("isolate") << QByteArray("\xe2\x81\xa6") << QByteArray("\\u2066");
         QTest::newRow("no UTF-8") << QByteArray("\xff\xc3") << QByteArray("\\xff\\xc3");
         QTest::newRow("too long a form") << QByteArray("\xc0\x9b") << QByteArray("\\xc0\\x9b");
+        QTest::newRow("a form of five bytes, which there is not")
+            << QByteArray("\xf8\x88\x80\x80\x80") << QByteArray("\\xf8\\x88\\x80\\x80\\x80");
         QTest::newRow("NUL") << QByteArray("a\0b", 3) << QByteArray("a\\x00b");
     }
 

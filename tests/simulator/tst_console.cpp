@@ -1,4 +1,5 @@
 #include "simulator_process.h"
+#include "support/pty_pair.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -45,6 +46,20 @@ private Q_SLOTS:
         simulator.type("reset");
         simulator.type("state");
         QVERIFY(simulator.linesUpTo("Hotkey").startsWith("KM control: 1\nUSB control: 1\n"));
+    }
+
+    void aTerminalIsReadWhileItIsInFront()
+    {
+        const PtyPair terminal;
+        const QByteArray path = terminal.path().toLocal8Bit();
+        SimulatorProcess simulator;
+        simulator.process.setChildProcessModifier([path] {
+            ::setsid();
+            ::dup2(::open(path.constData(), O_RDWR), STDIN_FILENO); // and its controlling terminal
+        });
+        simulator.start(console());
+        QCOMPARE(::write(terminal.masterDescriptor(), "state\n", 6), ssize_t{6});
+        QVERIFY(simulator.linesUpTo("Hotkey").contains("KM control: 1\n"));
     }
 
     void faultsGoOnAndOff()

@@ -84,6 +84,14 @@ private Q_SLOTS:
         QVERIFY(faults == Faults{});
     }
 
+    void theLimitsThemselvesAreTaken()
+    {
+        Faults faults;
+        for (const char *assignment : {"split=1400", "delay=1", "discovery-size=37:1"})
+            QCOMPARE(setFault(faults, assignment), std::string());
+        QCOMPARE(faults.ofModule.splitBytes, 1400);
+    }
+
     void mistakesAreNamedAndChangeNothing_data()
     {
         QTest::addColumn<QString>("assignment");

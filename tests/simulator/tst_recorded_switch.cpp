@@ -144,6 +144,19 @@ private Q_SLOTS:
         QCOMPARE(shown(recorded.receive("1\r//c2\r/")), QByteArray("10:A 20:B 5:b"));
     }
 
+    void textWithoutAnEndIsForgottenOnceItIsTooLong()
+    {
+        constexpr int longest = 65536;
+        RecordedSwitch recorded = twoAnswersToOneCommand(1);
+        QByteArrayList told;
+        recorded.onCommand = [&told](const QByteArray &command, int) { told.append(command); };
+        recorded.receive(QByteArray(longest, 'x'));
+        recorded.receive("\r");
+        recorded.receive(QByteArray(longest + 1, 'x'));
+        recorded.receive("//c2\r");
+        QCOMPARE(told, (QByteArrayList{QByteArray(longest, 'x'), "//c2"}));
+    }
+
     void recordedCommandsMayHaveComeInPiecesAndTogether()
     {
         RecordedSwitch recorded(

@@ -67,6 +67,12 @@ private Q_SLOTS:
                  factoryConfiguration + factoryStatus + factoryLayout);
     }
 
+    void aHealthySwitchAnswersInOnePiece()
+    {
+        SwitchModel model;
+        QCOMPARE(model.receive("//??\r").size(), std::size_t{1});
+    }
+
     void everyCommandIsObeyedAndAnswered_data()
     {
         QTest::addColumn<QByteArray>("command");
