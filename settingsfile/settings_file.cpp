@@ -147,24 +147,32 @@ SettingsFile::SettingsFile(QObject &window, Widgets widgets, Parts parts,
 
 void SettingsFile::create()
 {
-    if (parts_.mouse.areCustomEntriesAwaited()) {
-        showNoticeModal(QStringLiteral("The switch has not been read completely; nothing was "
-                                       "saved. Press Refresh."),
-                        QMessageBox::Warning);
+    if (!isReadCompletely())
         return;
-    }
     guarded(createFailure, [this] {
         const QString path = dialogs_.saveName();
-        if (path.isEmpty())
+        if (path.isEmpty() || !isReadCompletely()) // a read-back may have begun under the dialog
             return;
+        const std::string text = settingsText(shownValues()); // before a notice lets one begin
         report(lastCreateFailure, parts_.handler.finishOutput());
         // Deliberate: for this model the file is finished only when the next one is begun or the
         // program ends.
-        const QString problem = parts_.handler.save(path, settingsText(shownValues()), isZen());
+        const QString problem = parts_.handler.save(path, text, isZen());
         report(createFailure, problem);
         if (problem.isEmpty())
             showNoticeModal(QStringLiteral("File saved"), QMessageBox::Information);
     });
+}
+
+/// Tells the user when it is not.
+bool SettingsFile::isReadCompletely() const
+{
+    const bool complete = !parts_.mouse.areCustomEntriesAwaited();
+    if (!complete)
+        showNoticeModal(QStringLiteral("The switch has not been read completely; nothing was "
+                                       "saved. Press Refresh."),
+                        QMessageBox::Warning);
+    return complete;
 }
 
 SettingsValues SettingsFile::shownValues() const

@@ -89,7 +89,7 @@ public:
                  std::function<void()> plainRead, Timing timing, Dialogs dialogs);
 
     /// Asks for a name and writes the file, whole or not at all. While the custom settings are
-    /// still to come from the switch, it says so instead.
+    /// still to come from the switch, before the user is asked or behind it, it says so instead.
     void create();
     /// Asks for a file and applies its first half; the second follows some time later. Without a
     /// usable file the switch is read back instead.
@@ -103,6 +103,7 @@ public:
     void applyEntry(EntryType type, const std::string &value);
 
 private:
+    bool isReadCompletely() const;
     SettingsValues shownValues() const;
     std::string shownCoordinates(int channel) const;
     bool isZen() const;

@@ -48,7 +48,11 @@ public:
               window, {&kmControl, &usbControl, &activePorts, &cursorRolling, &mouseMode},
               {handler, bench.link, bench.controls, mouse, table.grid, layout},
               [this] { return kmType; }, [this] { ++plainReads; }, {secondPart},
-              {[this] { return saveName; },
+              {[this] {
+                   if (whileSaving)
+                       whileSaving();
+                   return saveName;
+               },
                [this] {
                    if (whileOpening)
                        whileOpening();
@@ -129,6 +133,7 @@ public:
     QLineEdit y;
     QString saveName;
     QString openName;
+    std::function<void()> whileSaving;  ///< what happens while the save dialog is shown
     std::function<void()> whileOpening; ///< what happens while the open dialog is shown
     std::string kmType = "orca";
     int plainReads = 0;

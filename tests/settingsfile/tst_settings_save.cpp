@@ -225,6 +225,61 @@ private Q_SLOTS:
         QCOMPARE(s_->user.seen().at(2).text, QStringLiteral("File saved"));
     }
 
+    void aReadBackThatBeginsUnderTheDialogLeavesTheOldFile()
+    {
+        s_->showExample();
+        writeOldFile("last week's");
+        s_->whileSaving = [this] { s_->mouse.trimCustomEntries(); };
+        s_->file.create();
+        QCOMPARE(s_->user.seen().size(), 1);
+        QCOMPARE(s_->user.seen().first().icon, QMessageBox::Warning);
+        QCOMPARE(s_->user.seen().first().text,
+                 QStringLiteral("The switch has not been read completely; nothing was saved. "
+                                "Press Refresh."));
+        QCOMPARE(SettingsScene::contentsOf(s_->saveName), QByteArray("last week's"));
+    }
+
+    void aReadBackThatEndsUnderTheDialogIsSaved()
+    {
+        s_->whileSaving = [this] {
+            s_->mouse.trimCustomEntries();
+            s_->showExample();
+        };
+        s_->file.create();
+        QCOMPARE(s_->user.texts(), QStringList{QStringLiteral("File saved")});
+        QCOMPARE(SettingsScene::contentsOf(s_->saveName), QByteArray(exampleText));
+    }
+
+    void aReadBackUnderADialogThatIsCancelledIsNotSpokenOf()
+    {
+        s_->saveName.clear();
+        s_->whileSaving = [this] { s_->mouse.trimCustomEntries(); };
+        s_->file.create();
+        QVERIFY(s_->user.seen().isEmpty());
+    }
+
+    void aReadBackThatBeginsUnderANoticeChangesNothingThatIsSaved()
+    {
+        s_->showExample();
+        s_->kmType = "zen";
+        QVERIFY(QDir(s_->folder.path()).mkdir(QStringLiteral("gone")));
+        s_->saveName = s_->path("gone/first.txt");
+        s_->file.create();
+        QVERIFY(QDir(s_->path("gone")).removeRecursively());
+        s_->kmType = "orca";
+        s_->saveName = s_->path("second.txt");
+        s_->user.beforeButton([this](QMessageBox &box) {
+            if (box.icon() == QMessageBox::Warning)
+                s_->mouse.trimCustomEntries();
+        });
+        s_->file.create();
+        QCOMPARE(s_->user.seen().size(), 3);
+        QVERIFY(s_->user.seen().at(1).text.startsWith(
+            QStringLiteral("The last settings file could not be saved: ")));
+        QCOMPARE(s_->user.seen().at(2).text, QStringLiteral("File saved"));
+        QCOMPARE(SettingsScene::contentsOf(s_->saveName), QByteArray(exampleText));
+    }
+
     void aFolderThatDoesNotExist()
     {
         s_->saveName = s_->path("nowhere/saved.txt");
