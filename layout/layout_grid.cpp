@@ -9,6 +9,7 @@
 #include <exception>
 #include <memory>
 #include <set>
+#include <utility>
 
 namespace {
 constexpr int labelLength = 9; // "Channel 1"; what follows is the mark of an inactive channel
@@ -100,13 +101,21 @@ void LayoutGrid::showInitialLayout()
 
 void LayoutGrid::place(const DisplayLayout &channels, int mode)
 {
-    const Redrawing guard(*this);
-    table_.clearContents();
-    layout_.clear();
+    std::vector<DisplayCell> displays;
     for (int channel = 1; channel <= channelCount; ++channel) {
         const GridPosition cell = channels.at(static_cast<std::size_t>(channel - 1));
-        addDisplay({cell.row, cell.column, channelLabel(channel), channelBrush(channel)});
+        displays.push_back({cell.row, cell.column, channelLabel(channel), channelBrush(channel)});
     }
+    show(std::move(displays), mode);
+}
+
+void LayoutGrid::show(std::vector<DisplayCell> displays, int mode)
+{
+    const Redrawing guard(*this);
+    table_.clearContents();
+    layout_ = std::move(displays);
+    for (const DisplayCell &cell : layout_)
+        fillCell(cell);
     repaintActivePorts(mode);
 }
 

@@ -29,6 +29,8 @@ public:
     /// Channels 1 to 4 at the given cells; those outside the grid are kept but not shown. `mode` is
     /// the item of Active Ports: 0, 1 and 2 leave two, three and four channels active.
     void place(const DisplayLayout &channels, int mode);
+    /// Makes `displays` the current layout and shows it; `mode` as above.
+    void show(std::vector<DisplayCell> displays, int mode);
     /// Greys channels 3 and 4 beyond the first `mode` + 2 and gives the others their colour back.
     /// Leaves the current layout in the order of its channels.
     void repaintActivePorts(int mode);

@@ -7,10 +7,21 @@
 #include "session/device_link.h"
 
 #include <QComboBox>
+#include <algorithm>
 
 namespace {
 constexpr int allPortsActive = mostActivePorts - fewestActivePorts; // "Ports 1, 2, 3, and 4"
+
+/// Whether both have the same displays at the same places, in whatever colours and order.
+bool isSameArrangement(const std::vector<DisplayCell> &left, const std::vector<DisplayCell> &right)
+{
+    return std::is_permutation(left.begin(), left.end(), right.begin(), right.end(),
+                               [](const DisplayCell &one, const DisplayCell &other) {
+                                   return one.label == other.label && one.row == other.row &&
+                                          one.column == other.column;
+                               });
 }
+} // namespace
 
 LayoutSubmission::LayoutSubmission(LayoutGrid &grid, DeviceLink &link, QComboBox &activePorts)
     : grid_(grid), link_(link), activePorts_(activePorts)
@@ -20,12 +31,16 @@ LayoutSubmission::LayoutSubmission(LayoutGrid &grid, DeviceLink &link, QComboBox
 void LayoutSubmission::submit()
 {
     const bool connected = areAllConnected();
+    const std::vector<DisplayCell> submitted = grid_.layout();
     if (connected)
         showNoticeModal(QStringLiteral("Display topology has been updated"),
                         QMessageBox::Information);
     else
         showNoticeModal(QStringLiteral("Failed to update, connect all displays"),
                         QMessageBox::Warning);
+    // A read-back that ended under the notice has drawn what the switch had until now.
+    if (!isSameArrangement(submitted, grid_.layout()))
+        grid_.show(submitted, activePorts_.currentIndex());
     // Deliberate: the notice only informs; the switch gets the layout in both cases.
     const int chosen = activePorts_.currentIndex();
     activePorts_.setCurrentIndex(allPortsActive);

@@ -14,7 +14,8 @@ public:
     LayoutSubmission(LayoutGrid &grid, DeviceLink &link, QComboBox &activePorts);
 
     /// The Submit button: says whether all displays touch and sends the layout either way, with all
-    /// channels shown as active meanwhile.
+    /// channels shown as active meanwhile. It is the layout of the press that is sent, and shown
+    /// again, whatever the switch reports until the user has read the notice.
     void submit();
 
     /// Fills the grid from `reply`, in which the switch reports its layout as segments "FF0",

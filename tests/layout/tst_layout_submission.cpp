@@ -100,6 +100,38 @@ private Q_SLOTS:
         QCOMPARE(s_->table.picture(), QStringLiteral("123-4-/..../..../...."));
     }
 
+    void whatWasJudgedIsSentWhateverIsReadBackUnderTheNotice()
+    {
+        s_->bench.controls.setHandlersArmed(true);
+        s_->grid().place({{{1, 0}, {1, 1}, {1, 2}, {1, 3}}}, 2);
+        s_->user.beforeButton([this](QMessageBox & /*box*/) {
+            s_->submission.load("//FF01B01FF02B02FF03B09FF04B10");
+            QCOMPARE(s_->table.picture(), QStringLiteral("12../..../34../...."));
+        });
+        s_->submission.submit();
+        QCOMPARE(s_->user.texts(),
+                 QStringList{QStringLiteral("Display topology has been updated")});
+        QCOMPARE(s_->bench.commands(1), QByteArrayList{"//FF01B05FF02B06FF03B07FF04B08\r"});
+        QCOMPARE(s_->table.picture(), QStringLiteral("..../1234/..../...."));
+        QVERIFY(s_->bench.isSilent());
+    }
+
+    void aPortLimitThatIsReadBackUnderTheNoticeStays()
+    {
+        s_->grid().place({{{0, 1}, {1, 1}, {2, 1}, {3, 2}}}, 2);
+        s_->user.beforeButton([this](QMessageBox & /*box*/) {
+            s_->activePorts.setCurrentIndex(0);
+            s_->submission.load("//FF01B01FF02B02FF03B03FF04B04");
+            s_->bench.controls.setHandlersArmed(true);
+        });
+        s_->submission.submit();
+        QCOMPARE(s_->user.texts(),
+                 QStringList{QStringLiteral("Failed to update, connect all displays")});
+        QCOMPARE(s_->bench.commands(3),
+                 (QByteArrayList{"//D4\r", "//FF01B02FF02B06FF03B10FF04B15\r", "//D2\r"}));
+        QCOMPARE(s_->table.picture(), QStringLiteral(".1../.2../.3-../..4-."));
+    }
+
     void withDisarmedHandlersAGreyChannelIsWrittenAsThree()
     {
         s_->grid().repaintActivePorts(1);
