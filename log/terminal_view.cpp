@@ -31,7 +31,9 @@ void TerminalView::append(const QString &chunk)
 {
     QTextCursor cursor(view_.document());
     cursor.movePosition(QTextCursor::End);
-    cursor.insertText(inBlocks(withLongLinesBroken(chunk)));
+    cursor.insertText(inBlocks(withLongLinesBroken(withoutSecondHalf(chunk))));
+    if (!chunk.isEmpty())
+        endedWithReturn_ = chunk.endsWith(QLatin1Char('\r'));
     dropOldLines();
     view_.setTextCursor(cursor);
 }
@@ -47,6 +49,13 @@ void TerminalView::scrollToEnd()
 void TerminalView::clear()
 {
     view_.clear();
+    endedWithReturn_ = false;
+}
+
+/// `chunk` without the line feed of a line end whose carriage return is shown already.
+QString TerminalView::withoutSecondHalf(const QString &chunk) const
+{
+    return endedWithReturn_ && chunk.startsWith(QLatin1Char('\n')) ? chunk.mid(1) : chunk;
 }
 
 /// Nothing is lost: a line that would be too long goes on below.

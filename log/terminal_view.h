@@ -13,7 +13,8 @@ public:
     /// Works on `view`, which stays the form's.
     explicit TerminalView(QTextEdit &view);
 
-    /// Appends `chunk` behind what is shown, never as markup, and moves the cursor to the end.
+    /// Appends `chunk` behind what is shown, never as markup, and moves the cursor to the end. CR,
+    /// LF and CR LF end a line, the last one also where the next chunk begins with its LF.
     /// Costs in proportion to the chunk, however much is shown already.
     void append(const QString &chunk);
 
@@ -23,9 +24,11 @@ public:
     void clear();
 
 private:
+    QString withoutSecondHalf(const QString &chunk) const;
     QString withLongLinesBroken(const QString &chunk) const;
     QString inBlocks(const QString &text) const;
     void dropOldLines();
 
     QTextEdit &view_;
+    bool endedWithReturn_ = false; ///< the last chunk, with CR
 };

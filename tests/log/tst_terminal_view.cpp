@@ -176,6 +176,44 @@ private Q_SLOTS:
         QCOMPARE(view.toPlainText(), copied);
     }
 
+    void aLineEndThatComesInTwoPiecesIsOne_data()
+    {
+        QTest::addColumn<QByteArrayList>("chunks");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("between its two characters")
+            << QByteArrayList{"on\r", "\noff\r", "\n"} << QStringLiteral("on\noff\n");
+        QTest::newRow("byte by byte")
+            << QByteArrayList{"a", "\r", "\n", "b", "\r", "\n", "c"} << QStringLiteral("a\nb\nc");
+        QTest::newRow("with nothing between")
+            << QByteArrayList{"a\r", "", "\nb"} << QStringLiteral("a\nb");
+        QTest::newRow("an empty line behind it")
+            << QByteArrayList{"a\r", "\n\nb"} << QStringLiteral("a\n\nb");
+        QTest::newRow("line feeds alone")
+            << QByteArrayList{"a\n", "\nb"} << QStringLiteral("a\n\nb");
+        QTest::newRow("carriage returns alone")
+            << QByteArrayList{"a\r", "\rb\r", "c"} << QStringLiteral("a\n\nb\nc");
+    }
+
+    void aLineEndThatComesInTwoPiecesIsOne()
+    {
+        QFETCH(QByteArrayList, chunks);
+        QTextEdit view;
+        TerminalView terminal(view);
+        for (const QByteArray &chunk : std::as_const(chunks))
+            terminal.append(QString::fromLatin1(chunk));
+        QTEST(view.toPlainText(), "shown");
+    }
+
+    void aLineFeedBehindAClearedViewIsALineEnd()
+    {
+        QTextEdit view;
+        TerminalView terminal(view);
+        terminal.append(QStringLiteral("the last switch\r"));
+        terminal.clear();
+        terminal.append(QStringLiteral("\nthis one"));
+        QCOMPARE(view.toPlainText(), QStringLiteral("\nthis one"));
+    }
+
     void controlAndStrayCharactersDoNotBreakIt()
     {
         QTextEdit view;
