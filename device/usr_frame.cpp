@@ -66,26 +66,34 @@ void hide(QByteArray &frame, qsizetype offset, qsizetype size)
         frame[i] = '*';
 }
 
-/// Whether the credentials of a login or commit stand where they usually do. Without the MAC, and
-/// with texts that overflow their fields, one can have the usual size as well; only a text beyond
-/// ASCII overflows.
-bool isUsualLogin(const QByteArray &request)
+bool isAscii(const QByteArray &bytes)
 {
-    const QByteArray credentials = request.mid(usernameAt, qsizetype{2} * credentialSize);
-    return request.size() == loginSize &&
-           std::all_of(credentials.cbegin(), credentials.cend(),
+    return std::all_of(bytes.cbegin(), bytes.cend(),
                        [](char byte) { return static_cast<quint8>(byte) < 0x80; });
 }
 
-/// The same of a setup, whose name may be short: its fixed runs tell where the fields between them
-/// are.
+// Of the at most six characters of a credential that overflows its field, one at least is beyond
+// ASCII, and so is one of its first six bytes and one of its last six.
+
+/// Whether the credentials of a login or commit stand where they usually do. Without the MAC, and
+/// with texts that overflow their fields, one can have the usual size as well.
+bool isUsualLogin(const QByteArray &request)
+{
+    return request.size() == loginSize &&
+           isAscii(request.mid(usernameAt, qsizetype{2} * credentialSize));
+}
+
+/// The same of a setup, whose addresses may be missing or whose name may be short: its fixed runs
+/// tell where the fields between them are.
 bool isUsualSetup(const QByteArray &request)
 {
     const qsizetype size = request.size();
     return size <= setupSize && size >= setupSize - nameSize &&
            request.mid(passwordAt + credentialSize, 3) == QByteArray("\x09\x38\x03", 3) &&
            request.mid(25, 5) == QByteArray("\x20\x19\x50\x00\x02", 5) &&
-           request.mid(size - runBeforeEnd, 4) == QByteArray("\x02\x01\x00\x00", 4);
+           request.mid(size - runBeforeEnd, 4) == QByteArray("\x02\x01\x00\x00", 4) &&
+           isAscii(request.mid(usernameAt, qsizetype{2} * credentialSize)) &&
+           isAscii(request.mid(size - newPasswordBeforeEnd, credentialSize));
 }
 } // namespace
 

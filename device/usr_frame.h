@@ -126,8 +126,9 @@ bool isConfiguration(const QString &hexText);
 bool isRefusal(const QString &hexText);
 
 /// `request` (bytes) as a record may keep it: each byte of a password is 2A, and the checksum,
-/// which would tell about it, is 00. Where a field is shorter or longer than usual, so that
-/// passwords may stand elsewhere, everything behind the first 9 bytes is 2A and the last is 00.
+/// which would tell about it, is 00. Where a field is shorter or longer than usual, or a credential
+/// beyond ASCII, so that passwords may stand elsewhere, everything behind the first 9 bytes is 2A
+/// and the last is 00.
 /// What carries no credentials stays as it is. Example, the login above: FF 13 03 9C A5 25 1A 2B 3C
 /// 61 64 6D 69 6E 00 2A 2A 2A 2A 2A 2A 00
 QByteArray requestForRecord(const QByteArray &request);

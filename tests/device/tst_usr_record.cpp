@@ -93,6 +93,39 @@ private Q_SLOTS:
                    "secret!" +
                    setupEnd + "\x7b"
             << setupStart.left(9) + QByteArray(80, '*') + QByteArray(1, '\0');
+        // Without the three addresses there is room for a new password beyond ASCII in a setup that
+        // is no longer than usual.
+        const QByteArray noAddresses("\x09\x38\x03\x80\x20\x19\x50\x00\x02", 9);
+        QTest::newRow("setup without addresses") << setupStart + "pass12" + noAddresses + longName +
+                                                        "newuse"
+                                                        "secret" +
+                                                        setupEnd + "\x7b"
+                                                 << setupStart + "******" + noAddresses + longName +
+                                                        "newuse"
+                                                        "******" +
+                                                        setupEnd + QByteArray(1, '\0');
+        QTest::newRow("setup without addresses and with a new password of 18 bytes")
+            << setupStart + "pass12" + noAddresses + longName +
+                   "newuse"
+                   "\xe5\xaf\x86\xe7\xa0\x81\xe5\xaf\x86\xe7\xa0\x81\xe5\xaf\x86\xe7\xa0\x81" +
+                   setupEnd + "\x7b"
+            << setupStart.left(9) + QByteArray(79, '*') + QByteArray(1, '\0');
+        QTest::newRow("setup without addresses and with a new password of eight bytes")
+            << setupStart + "pass12" + noAddresses + longName +
+                   "newuse"
+                   "p\xc3\xa4ssw\xc3\xb6" +
+                   setupEnd + "\x7b"
+            << setupStart.left(9) + QByteArray(69, '*') + QByteArray(1, '\0');
+        QTest::newRow("setup without a MAC and with a new password like the bytes behind it")
+            << QByteArray("\xff\x56\x05"
+                          "\xc3\xa9\xc3\xa9\xc3\xa9\xc3\xa9\xc3\xa9\xc3\xa9pass12",
+                          21) +
+                   setupAddresses + longName + "newuse" +
+                   QByteArray("\x02\x01\x00\x00\x00\x00"
+                              "\x02\x01\x00\x00\x10\x0e\x00\x00\x01\x00\x00\x00\x7b",
+                              19)
+            << QByteArray("\xff\x56\x05\xc3\xa9\xc3\xa9\xc3\xa9", 9) + QByteArray(73, '*') +
+                   QByteArray(1, '\0');
     }
 
     void aRecordOfARequestHoldsNoPassword()

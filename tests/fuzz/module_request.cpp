@@ -62,14 +62,26 @@ void requireCredentials(const ModuleRequest &request, const QByteArray &mac, con
             request.password);
 }
 
+QChar anotherOfItsSize(QChar character)
+{
+    const char16_t unit = character.unicode();
+    if (unit < 0x80)
+        return unit == u'x' ? u'y' : u'x';
+    if (unit < 0x800)
+        return unit == u'\u00e9' ? u'\u00e8' : u'\u00e9';
+    if (character.isHighSurrogate())
+        return character;
+    if (character.isLowSurrogate())
+        return unit == 0xdc00 ? QChar(0xdc01) : QChar(0xdc00);
+    return unit == u'\u20ac' ? u'\u20aa' : u'\u20ac';
+}
+
 /// Another password of the same size.
 QString another(const QString &password)
 {
     QString changed = password;
-    for (QChar &character : changed) {
-        if (character.unicode() < 0x80)
-            character = QLatin1Char(character == QLatin1Char('x') ? 'y' : 'x');
-    }
+    for (QChar &character : changed)
+        character = anotherOfItsSize(character);
     return changed;
 }
 
@@ -103,6 +115,12 @@ void requireRequests(Choices &choices)
     setup.nameHex = usr_frame::textField(name, usr_frame::nameSize);
     setup.newUsername = typed(choices, usr_frame::longestCredential);
     setup.newPassword = typed(choices, usr_frame::longestCredential);
+    const int unknown = choices.number(0, 7); // which addresses could not be read
+    for (int address = 0; address < 3; ++address) {
+        QString *const addresses[] = {&setup.ip, &setup.gateway, &setup.subnetMask};
+        if ((unknown & (1 << address)) != 0)
+            *addresses[address] = QStringLiteral("-1");
+    }
 
     const QString login = usr_frame::loginRequest(setup.mac, setup.username, setup.password);
     const QString commit = usr_frame::commitRequest(setup.mac, setup.username, setup.password);
@@ -119,8 +137,9 @@ void requireRequests(Choices &choices)
     require(recorded(write) == recorded(usr_frame::setupRequest(other)),
             "the record of a setup tells nothing of its passwords", write.toStdString());
 
-    const bool allFit = hasMac && fits(setup.username, 6) && fits(setup.password, 6) &&
-                        fits(name, 16) && fits(setup.newUsername, 6) && fits(setup.newPassword, 6);
+    const bool allFit = hasMac && unknown == 0 && fits(setup.username, 6) &&
+                        fits(setup.password, 6) && fits(name, 16) && fits(setup.newUsername, 6) &&
+                        fits(setup.newPassword, 6);
     if (!allFit)
         return;
     requireCredentials(requireRead(login, Kind::Login), macBytes, setup.username, setup.password);
