@@ -101,6 +101,7 @@ private Q_SLOTS:
     {
         readGuide();
         readSources();
+        readForms();
         QVERIFY2(rows_.size() > 50, "the guide's tables were not understood");
         QVERIFY2(messages_.size() > 50, "the sources were not understood");
     }
@@ -134,6 +135,24 @@ private Q_SLOTS:
             QVERIFY2(row.value().size() > 10, qPrintable(row.key()));
     }
 
+    void theRowOfAQuestionNamesItsButtons()
+    {
+        QVERIFY(!questions_.isEmpty());
+        for (auto question = questions_.cbegin(); question != questions_.cend(); ++question)
+            QCOMPARE(namedIn(remedies_.value(question.key())), question.value());
+    }
+
+    void whatARowTellsToPressIsInTheWindow()
+    {
+        for (auto row = remedies_.cbegin(); row != remedies_.cend(); ++row) {
+            if (questions_.contains(row.key()))
+                continue;
+            const QSet<QString> named = namedIn(row.value());
+            for (const QString &text : named)
+                QVERIFY2(shown_.contains(text), qPrintable(row.key() + QLatin1Char(' ') + text));
+        }
+    }
+
     void nothingIsExcusedThatIsNotThere()
     {
         for (const QString &text : noMessages)
@@ -153,6 +172,30 @@ private:
                 continue;
             rows_.insert(match.captured(1));
             meanings_.insert(match.captured(1), match.captured(2));
+            remedies_.insert(match.captured(1), match.captured(3));
+        }
+    }
+
+    /// What stands in bold.
+    static QSet<QString> namedIn(const QString &remedy)
+    {
+        static const QRegularExpression bold(QStringLiteral("\\*\\*([^*]+)\\*\\*"));
+        QSet<QString> names;
+        for (auto found = bold.globalMatch(remedy); found.hasNext();)
+            names.insert(found.next().captured(1));
+        return names;
+    }
+
+    void readForms()
+    {
+        static const QRegularExpression string(QStringLiteral("<string>([^<]+)</string>"));
+        QDirIterator files(QStringLiteral(SOURCE_FOLDER "/app/forms"), {QStringLiteral("*.ui")});
+        while (files.hasNext()) {
+            const QString path = files.next();
+            if (path.endsWith(QStringLiteral("/yes_no_dialog.ui")))
+                continue; // whoever asks gives it its texts
+            for (auto found = string.globalMatch(contentOf(path)); found.hasNext();)
+                shown_.insert(found.next().captured(1));
         }
     }
 
@@ -179,10 +222,19 @@ private:
                            "<<|_error|invalid_argument)\\(?(QStringLiteral\\(|std::string\\()?$"));
         // What the device knows speaks in bytes to the switch and in QString to the user.
         static const QRegularExpression forTheUser(QStringLiteral("QStringLiteral\\($"));
+        static const QRegularExpression question(
+            QStringLiteral("Yes_No_Dialog \\w+\\(\\s*QStringLiteral\\(\"([^\"]+)\"\\),"
+                           "\\s*QStringLiteral\\(\"([^\"]+)\"\\),"
+                           "\\s*QStringLiteral\\(\"([^\"]+)\"\\)"));
         const bool knowsTheDevice = path.contains(QStringLiteral("/device/"));
         if (windowless.match(path).hasMatch())
             return;
-        for (const auto &[before, text] : literalsOf(contentOf(path))) {
+        const QString source = contentOf(path);
+        for (auto found = question.globalMatch(source); found.hasNext();) {
+            const auto match = found.next();
+            questions_.insert(match.captured(1), {match.captured(2), match.captured(3)});
+        }
+        for (const auto &[before, text] : literalsOf(source)) {
             texts_.insert(asInTheGuide(text));
             if (noMessages.contains(text))
                 excused_.insert(text);
@@ -196,9 +248,12 @@ private:
 
     QSet<QString> rows_; ///< the messages of the guide
     QHash<QString, QString> meanings_;
-    QSet<QString> messages_; ///< what in the sources reads like a message
-    QSet<QString> texts_;    ///< all texts of the sources
-    QSet<QString> excused_;  ///< those of `noMessages` that are there
+    QHash<QString, QString> remedies_;
+    QHash<QString, QSet<QString>> questions_; ///< in the sources, with the texts of their buttons
+    QSet<QString> shown_;                     ///< texts of the forms
+    QSet<QString> messages_;                  ///< what in the sources reads like a message
+    QSet<QString> texts_;                     ///< all texts of the sources
+    QSet<QString> excused_;                   ///< those of `noMessages` that are there
 };
 
 QTEST_APPLESS_MAIN(UserGuideTest)
