@@ -102,7 +102,7 @@ ConnectionWizard::Settings wizardSettings(const WindowSettings &settings)
 KM_Configuration_Tool_Norvik::KM_Configuration_Tool_Norvik(
     QWidget *parent, const WindowSettings &settings,
     const std::optional<SettingsFile::Dialogs> &fileDialogs)
-    : QMainWindow(parent), ui_(makeForm(*this, settings.scale)),
+    : QMainWindow(parent), kmType(settings.kmType), ui_(makeForm(*this, settings.scale)),
       pages_(*ui_->stackedWidget, {ui_->ConfigurationBtn, ui_->pushButton_Mouse_Speed_Settings,
                                    ui_->TopologyAndDisplayBtn}),
       terminal_(*ui_->textEdit_Main_Terminal), controls_(connectionWidgets(*ui_)),
@@ -156,6 +156,7 @@ KM_Configuration_Tool_Norvik::KM_Configuration_Tool_Norvik(
 KM_Configuration_Tool_Norvik::~KM_Configuration_Tool_Norvik()
 {
     link_.closeForExit();
+    settingsFileHandler.close();
     closeLog();
 }
 

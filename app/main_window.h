@@ -29,7 +29,8 @@ namespace Ui {
 class TRQ_Mobile_Setter_UI;
 }
 
-/// Every delay, address, port and size of the program, with the real values as defaults.
+/// Every delay, address, port and size of the program, and the switch's model, with the real values
+/// as defaults.
 struct WindowSettings
 {
     DeviceLinkSettings networkLink;
@@ -41,6 +42,7 @@ struct WindowSettings
     MouseSettings::Timing mouse;
     SettingsFile::Timing settingsFile;
     LinkRecorder *recorder = nullptr; ///< keeps what passes; must outlive the window
+    std::string kmType = "orca";      ///< key of the model
     double scale = 1; ///< of the window and what stands in it, at most 1: for a small screen
 };
 
@@ -105,7 +107,7 @@ private:
     void connectSubsystems();
     void recordTo(LinkRecorder &recorder);
 
-    std::string kmType = "orca"; ///< key of the switch's model
+    std::string kmType; ///< key of the switch's model
 
     // In the order of construction: each object gets only those above it.
     SettingsFileHandler settingsFileHandler;

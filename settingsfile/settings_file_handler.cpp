@@ -7,6 +7,11 @@
 
 SettingsFileHandler::~SettingsFileHandler()
 {
+    close();
+}
+
+void SettingsFileHandler::close()
+{
     const QString problem = finishOutput();
     if (!problem.isEmpty())
         writeLog("The last settings file could not be saved: " + problem.toStdString());

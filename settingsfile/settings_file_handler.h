@@ -12,7 +12,7 @@ class SettingsFileHandler
 {
 public:
     SettingsFileHandler() = default;
-    /// Finishes an output that was left open; a failure goes to the event log.
+    /// As close().
     ~SettingsFileHandler();
     SettingsFileHandler(const SettingsFileHandler &) = delete;
     SettingsFileHandler &operator=(const SettingsFileHandler &) = delete;
@@ -24,6 +24,9 @@ public:
     /// Finishes an output that was left open. Returns why that failed, empty when there was nothing
     /// to finish too.
     [[nodiscard]] QString finishOutput();
+    /// Finishes an output that was left open, at the program's end: a failure goes to the event
+    /// log, which has to be open still.
+    void close();
 
     /// Forgets the file that was read last.
     void forget();

@@ -1,9 +1,11 @@
 #include "support/serial_window.h"
 
+#include <QDir>
 #include <QLineEdit>
 #include <QMetaMethod>
 #include <QSerialPortInfo>
 #include <QStackedWidget>
+#include <QTemporaryDir>
 #include <QTest>
 
 /// The shell: size, title, pages, the wizard's serial branch, the program's end.
@@ -222,6 +224,26 @@ private Q_SLOTS:
         s.button("pushButton_OFF_Connection")->click();
         s.window.reset();
         QVERIFY(s.log().endsWith("Stop.........\n"));
+    }
+
+    void aSettingsFileThatCannotBeFinishedAtTheEndIsInTheLog()
+    {
+        const QTemporaryDir folder;
+        const QString place = folder.filePath(QStringLiteral("gone"));
+        QVERIFY(QDir().mkdir(place));
+        SerialWindow s;
+        WindowSettings settings = SerialWindow::quick();
+        settings.kmType = "zen";
+        s.start(settings, SettingsFile::Dialogs{[&] { return place + QStringLiteral("/desk.txt"); },
+                                                [] { return QString(); }});
+        QVERIFY(s.waitForRead());
+        s.button("pushButton_Create_Settings_File")->click();
+        QCOMPARE(s.user.texts(), QStringList{QStringLiteral("File saved")});
+        QVERIFY(QDir(place).removeRecursively());
+        s.window.reset();
+        const QByteArray log = s.log();
+        QVERIFY2(log.contains("\nThe last settings file could not be saved: "), log);
+        QVERIFY(log.endsWith("\nStop.........\n"));
     }
 
     void adminSettingsWithoutAModuleAreOutOfReach()
