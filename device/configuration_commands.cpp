@@ -159,13 +159,3 @@ std::vector<SettingCommand> commandsFor(const std::vector<SettingKey> &keys,
 {
     return Sending(keys, now, wanted, asWritten).commands();
 }
-
-std::vector<SettingCommand> commandsBetween(const SwitchConfiguration &from,
-                                            const SwitchConfiguration &to,
-                                            const WrittenCommands &asWritten)
-{
-    std::vector<SettingKey> keys;
-    for (const SettingDifference &difference : differences(from, to))
-        keys.push_back(difference.key);
-    return commandsFor(keys, from, to, asWritten);
-}

@@ -46,8 +46,3 @@ std::vector<SettingCommand> commandsFor(const std::vector<SettingKey> &keys,
                                         const SwitchConfiguration &now,
                                         const SwitchConfiguration &wanted,
                                         const WrittenCommands &asWritten = {});
-
-/// The commands for all that differs.
-std::vector<SettingCommand> commandsBetween(const SwitchConfiguration &from,
-                                            const SwitchConfiguration &to,
-                                            const WrittenCommands &asWritten = {});

@@ -1,5 +1,7 @@
 #include "device/switch_configuration.h"
 
+#include <algorithm>
+
 namespace {
 /// `known` as text, none where it is not known.
 template <typename Value, typename Text>
@@ -143,4 +145,12 @@ std::vector<SettingDifference> differences(const SwitchConfiguration &from,
             found.push_back({key, settingText(from, key), *wanted});
     }
     return found;
+}
+
+std::vector<SettingKey> keysOf(const std::vector<SettingDifference> &found)
+{
+    std::vector<SettingKey> keys(found.size());
+    std::transform(found.begin(), found.end(), keys.begin(),
+                   [](const SettingDifference &difference) { return difference.key; });
+    return keys;
 }

@@ -76,3 +76,6 @@ struct SettingDifference
 /// knows and that is not the same in `from`. The hotkey cannot be set and never differs.
 std::vector<SettingDifference> differences(const SwitchConfiguration &from,
                                            const SwitchConfiguration &to);
+
+/// The keys of `found`, in its order.
+std::vector<SettingKey> keysOf(const std::vector<SettingDifference> &found);

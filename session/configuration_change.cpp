@@ -22,14 +22,6 @@ std::vector<SettingDifference> outstanding(const SwitchConfiguration &now,
     found.erase(std::remove_if(found.begin(), found.end(), isOther), found.end());
     return found;
 }
-
-std::vector<SettingKey> keysOf(const std::vector<SettingDifference> &found)
-{
-    std::vector<SettingKey> keys(found.size());
-    std::transform(found.begin(), found.end(), keys.begin(),
-                   [](const SettingDifference &difference) { return difference.key; });
-    return keys;
-}
 } // namespace
 
 ConfigurationChange::ConfigurationChange(SwitchSession &session, std::vector<SettingKey> needed,

@@ -18,6 +18,13 @@ QStringList list(const char *commands)
     return QString::fromUtf8(commands).split(QLatin1Char('|'), Qt::SkipEmptyParts);
 }
 
+std::vector<SettingCommand> commandsBetween(const SwitchConfiguration &from,
+                                            const SwitchConfiguration &to,
+                                            const WrittenCommands &asWritten = {})
+{
+    return commandsFor(keysOf(differences(from, to)), from, to, asWritten);
+}
+
 SwitchConfiguration withPorts(std::optional<int> ports)
 {
     SwitchConfiguration configuration;

@@ -68,8 +68,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const ControlNews news = controlNews(reply);
     require(isFrom(news.kmPort, 1, 4) && isFrom(news.usbPort, 1, 4), "news are of ports");
 
-    for (const SettingCommand &command :
-         commandsBetween(SwitchConfiguration(), reading.configuration))
+    const SwitchConfiguration unknown;
+    for (const SettingCommand &command : commandsFor(
+             keysOf(differences(unknown, reading.configuration)), unknown, reading.configuration))
         requireSets(command, reading.configuration);
     return 0;
 }

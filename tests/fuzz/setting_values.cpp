@@ -58,7 +58,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         require(hasSetting(wanted, key), "what is asked for is wanted");
     const SwitchConfiguration whole = withChanges(now, wanted);
     requireTaken(commandsFor(values.keys(), now, wanted), whole);
-    for (const SettingCommand &command : commandsBetween(now, wanted))
+    for (const SettingCommand &command : commandsFor(keysOf(differences(now, wanted)), now, wanted))
         requireSets(command, whole);
     return 0;
 }
