@@ -8,11 +8,6 @@ namespace {
 /// What grid settings name that come from a window with inactive ports.
 constexpr std::string_view threeTwice = "1233";
 
-QString textOf(std::string_view bytes)
-{
-    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
-}
-
 bool isDigit(char character)
 {
     return character >= '0' && character <= '9';
@@ -86,7 +81,7 @@ std::optional<MouseMovement> movementOf(std::string_view value, int setting)
     const std::optional<int> x = speedOf(takeWord(value));
     const std::optional<int> y = speedOf(takeWord(value));
     const std::string_view bytes = takeWord(value);
-    const QString name = textOf(bytes);
+    const QString name = QString::fromUtf8(bytes);
     constexpr std::size_t speedsSize = 8; // "100 250 "
     const bool fits = head.size() + speedsSize + bytes.size() <= longestCustomCommand;
     if (!x || !y || !fits || !isReportedName(name) || name.toStdString() != bytes || !value.empty())

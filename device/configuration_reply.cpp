@@ -19,11 +19,6 @@ std::string_view withoutLineEnd(std::string_view value)
     return last == std::string_view::npos ? std::string_view() : value.substr(0, last + 1);
 }
 
-QString textOf(std::string_view bytes)
-{
-    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
-}
-
 std::optional<int> numberIn(std::string_view value, int first, int last)
 {
     try {
@@ -59,12 +54,12 @@ std::optional<int> speedIn(const QString &field)
 
 std::optional<MouseMovement> movementIn(std::string_view value)
 {
-    const DataLabelFields fields = dataLabelFields(textOf(value));
+    const DataLabelFields fields = dataLabelFields(QString::fromUtf8(value));
     const std::optional<int> x = speedIn(fields.x);
     const std::optional<int> y = speedIn(fields.y.value_or(QString()));
     if (!x || !y)
         return std::nullopt;
-    return MouseMovement{*x, *y, textOf(customEntryName(value, reportedNameOffset))};
+    return MouseMovement{*x, *y, QString::fromUtf8(customEntryName(value, reportedNameOffset))};
 }
 
 std::optional<DisplayLayout> layoutIn(std::string_view value)
@@ -144,7 +139,7 @@ QStringList reportedNames(std::string_view reply)
 {
     QStringList names = presetNames();
     for (int at = 0; at < customSettings; ++at)
-        names.append(textOf(customEntryName(
+        names.append(QString::fromUtf8(customEntryName(
             findReplyValue(reply, customSettingReplyKey(at)).value_or(std::string_view()),
             reportedNameOffset)));
     return names;
@@ -168,7 +163,7 @@ void takeStatus(Reader &reader, std::string_view reply, SwitchConfiguration &con
 {
     configuration.hotkeyTrigger =
         reader.take(SettingKey::Hotkey, reply, hotkeyReplyKey,
-                    [](std::string_view value) { return std::optional(textOf(value)); });
+                    [](std::string_view value) { return std::optional(QString::fromUtf8(value)); });
     configuration.kmControl = reader.take(SettingKey::KmControl, reply, kmControlReplyKey, portIn);
     configuration.usbControl =
         reader.take(SettingKey::UsbControl, reply, usbControlReplyKey, [](std::string_view value) {
