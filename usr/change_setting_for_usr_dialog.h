@@ -25,7 +25,7 @@ public:
                                   const UsrNetwork &network = {});
     ~Change_setting_for_USR_Dialog() override;
 
-    /// Whether Apply went through to the module.
+    /// Whether Apply ran, with texts that a module can take; it may have failed on the way there.
     bool wasApplied() const { return wasApplied_; }
     /// What Apply wrote. A blank name keeps the current one; blank credentials are written empty.
     const QString &newName() const { return newName_; }
