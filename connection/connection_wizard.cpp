@@ -9,6 +9,7 @@
 #include "session/initial_exchange.h"
 #include "usr/change_setting_for_usr_dialog.h"
 #include "usr/credentials_dialog.h"
+#include "usr/usr_searcher.h"
 
 #include <QSignalBlocker>
 #include <utility>
@@ -77,7 +78,7 @@ bool ConnectionWizard::logIn(const QString &address)
         ipAllocation = login.ipAllocation();
         username = login.username();
         password = login.password();
-    } while (ipAllocation == QStringLiteral("-1"));
+    } while (ipAllocation == USR_searcher::failed);
 
     // Only a dialog that was gone through replaces the one of the module in use.
     auto settings =

@@ -174,8 +174,8 @@ ConfigurationReply readConfigurationReply(const QString &hexText)
     if (!isConfiguration(hexText))
         throw std::invalid_argument("no configuration reply");
     const bool isDhcp = digitsAt(hexText, 3, 1) == QStringLiteral("40");
-    return {isDhcp ? QStringLiteral("00") : QStringLiteral("80"), ipv4At(hexText, 9),
-            ipv4At(hexText, 13), ipv4At(hexText, 17)};
+    return {isDhcp ? dhcpAllocation : staticAllocation, ipv4At(hexText, 9), ipv4At(hexText, 13),
+            ipv4At(hexText, 17)};
 }
 
 bool isDiscoveryReply(const QString &hexText)

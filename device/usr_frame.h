@@ -24,6 +24,10 @@ inline constexpr int nameSize = 16;      ///< bytes of a name field
 inline constexpr qsizetype longestCredential = 6;
 inline constexpr qsizetype longestName = 16;
 
+/// How a module comes by its address: one byte, as hexadecimal text.
+inline constexpr QLatin1String dhcpAllocation("00");
+inline constexpr QLatin1String staticAllocation("80");
+
 /// `bytes` as lower-case hexadecimal text, two digits a byte: FF 01 gives "ff01".
 QString toHexText(const QByteArray &bytes);
 
@@ -60,7 +64,7 @@ struct Setup
     QString mac; ///< 12 digits, or empty when none is known
     QString username;
     QString password;
-    QString ipAllocation; ///< "00" for DHCP, "80" for a static address
+    QString ipAllocation; ///< dhcpAllocation or staticAllocation
     QString ip;           ///< dotted, as are the next two
     QString gateway;
     QString subnetMask;
@@ -105,7 +109,7 @@ bool isDiscoveryReply(const QString &hexText);
 /// What a module has stored.
 struct ConfigurationReply
 {
-    QString ipAllocation; ///< "00" for DHCP, "80" for a static address
+    QString ipAllocation; ///< dhcpAllocation or staticAllocation
     QString staticIp;     ///< dotted, as are the next two
     QString gateway;
     QString subnetMask;

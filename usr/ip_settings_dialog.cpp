@@ -1,5 +1,6 @@
 #include "usr/ip_settings_dialog.h"
 
+#include "device/usr_frame.h"
 #include "log/event_log.h"
 #include "log/notices.h"
 #include "log/window_dress.h"
@@ -11,9 +12,8 @@
 #include <algorithm>
 
 namespace {
-const auto staticAllocation = QStringLiteral("80"); // NOLINT(cert-err58-cpp): a literal
-const auto dhcpAllocation = QStringLiteral("00");   // NOLINT(cert-err58-cpp): a literal
-const auto unreadable = QStringLiteral("-1");       // NOLINT(cert-err58-cpp): a literal
+using usr_frame::dhcpAllocation;
+using usr_frame::staticAllocation;
 
 /// Whether `text` has the form of a dotted address. Octets over 255 pass: the module gets an empty
 /// address then.
@@ -39,7 +39,7 @@ void logOctetsAbove255(const char *field, const QString &text)
 void takeRead(const QString &value, QLineEdit &field, QString &known)
 {
     field.setText(value);
-    if (value != unreadable)
+    if (value != USR_searcher::failed)
         known = value;
 }
 } // namespace
@@ -51,8 +51,9 @@ IP_Settings_Dialog::IP_Settings_Dialog(QWidget *parent, const QString &currentIP
     : QDialog(parent), ui_(std::make_unique<Ui::IP_Settings_Dialog>()),
       waitingNotice_(new QMessageBox(this)), currentIP_(currentIP),
       ipAllocation_(ipAllocation == staticAllocation ? staticAllocation : dhcpAllocation),
-      known_{unreadable, unreadable, unreadable}, username_(username), password_(password),
-      network_(network), timing_(timing), searcher_(currentIP, username, password, network)
+      known_{USR_searcher::failed, USR_searcher::failed, USR_searcher::failed}, username_(username),
+      password_(password), network_(network), timing_(timing),
+      searcher_(currentIP, username, password, network)
 {
     ui_->setupUi(this);
     dressWindow(*this, QSize(500, 450));
@@ -108,7 +109,7 @@ void IP_Settings_Dialog::apply_IP()
         return;
     }
     const Addresses entered = enteredAddresses();
-    const QString &allocation = isStatic ? staticAllocation : dhcpAllocation;
+    const QString allocation = isStatic ? staticAllocation : dhcpAllocation;
     const bool isComplete = isDottedAddress(entered.address) &&
                             isDottedAddress(entered.subnetMask) && isDottedAddress(entered.gateway);
     USR_searcher writer(currentIP_, entered.address, entered.subnetMask, entered.gateway,

@@ -15,8 +15,6 @@ constexpr std::chrono::milliseconds pollPause{5};
 constexpr int burst = 256; ///< datagrams taken in one go: a flood must not hold the thread
 constexpr qint32 loginAttempts = 100;
 
-const QString failed = QStringLiteral("-1"); // NOLINT(cert-err58-cpp): a literal, cannot throw
-
 class WaitCursor
 {
 public:

@@ -39,6 +39,8 @@ class USR_searcher : public QUdpSocket
     Q_OBJECT
 
 public:
+    static constexpr QLatin1String failed{"-1"}; ///< what could not be read, or was refused
+
     /// Finds modules, for the list of hardware.
     explicit USR_searcher(QObject *parent = nullptr, UsrNetwork network = {});
 
