@@ -43,7 +43,6 @@ public:
 
     const std::vector<DisplayCell> &layout() const { return layout_; }
     bool holdsDisplay(GridPosition cell) const;
-    bool isRedrawing() const { return redrawing; }
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 

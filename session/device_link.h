@@ -76,7 +76,6 @@ public:
     int serialOpenCount() const { return hasSerialPort() && connection_->isOpen() ? 1 : 0; }
     int socketOpenCount() const { return hasUdpSocket() && connection_->isOpen() ? 1 : 0; }
 
-    bool isSendEnabled() const { return sendEnabled; }
     void setSendEnabled(bool enabled) { sendEnabled = enabled; }
 
     /// How long a switch may stay silent before unanswered() is said.

@@ -49,6 +49,22 @@ public:
         return cells.join(QLatin1Char(' '));
     }
 
+    /// Whether the grid heeds a user's move, as it does whenever the program is not drawing it. The
+    /// display is moved there and back.
+    bool heedsMoves()
+    {
+        const DisplayCell before = grid.layout().front();
+        const GridPosition from{before.row, before.column};
+        GridPosition to;
+        while (table.item(to.row, to.column) != nullptr)
+            to = to.column < 3 ? GridPosition{to.row, to.column + 1} : GridPosition{to.row + 1, 0};
+        const QString shown = model();
+        moveTargetFirst(from, to);
+        const bool heeded = model() != shown;
+        moveTargetFirst(to, from);
+        return heeded;
+    }
+
     /// A move as Qt 6.4 does it: the source's item is taken first.
     void moveSourceFirst(GridPosition from, GridPosition to)
     {

@@ -199,15 +199,15 @@ private Q_SLOTS:
     {
         s_->bench.controls.setHandlersArmed(true);
         bool armed = true;
-        bool sendEnabled = true;
         connect(&s_->kmControl, &QComboBox::currentIndexChanged, &s_->window, [&] {
             armed = s_->bench.controls.areHandlersArmed();
-            sendEnabled = s_->bench.link.isSendEnabled();
+            s_->bench.link.forwardCommand("too early");
         });
         s_->file.applyEntry(EntryType::KmControl, "//c2");
         QCOMPARE(s_->kmControl.currentIndex(), 1);
         QVERIFY(!armed);
-        QVERIFY(!sendEnabled);
+        QCOMPARE(s_->bench.commands(1), QByteArrayList{"//c2\r"});
+        QVERIFY(s_->bench.isSilent());
     }
 
     void anEntryLeavesSendingEnabledAndHandlersArmed()
@@ -216,11 +216,12 @@ private Q_SLOTS:
             s_->bench.link.setSendEnabled(false);
             s_->bench.controls.setHandlersArmed(false);
             s_->file.applyEntry(EntryType(type), "x");
-            QVERIFY(s_->bench.link.isSendEnabled());
             QVERIFY(s_->bench.controls.areHandlersArmed());
+            QCOMPARE(s_->bench.commands(type < 15 ? 1 : 0),
+                     QByteArrayList(type < 15 ? 1 : 0, "x\r"));
+            s_->bench.link.forwardCommand("on");
+            QCOMPARE(s_->bench.commands(1), QByteArrayList{"on\r"});
         }
-        QCOMPARE(s_->bench.commands(15), QByteArrayList(15, "x\r")); // types 0 to 14
-        QVERIFY(s_->bench.isSilent());
         QCOMPARE(s_->labels[3].text(), QStringLiteral("x"));
     }
 };

@@ -57,7 +57,8 @@ private Q_SLOTS:
         QCOMPARE(s_->y.text(), QStringLiteral("250"));
         QVERIFY(s_->handler.isFileLoaded());
         QVERIFY(s_->bench.controls.areHandlersArmed());
-        QVERIFY(s_->bench.link.isSendEnabled());
+        s_->bench.link.forwardCommand("on");
+        QCOMPARE(s_->bench.commands(1), QByteArrayList{"on\r"});
         QCOMPARE(s_->plainReads, 0);
     }
 
