@@ -34,6 +34,17 @@ void DeviceRunner::interrupt()
     }
 }
 
+void DeviceRunner::endUnread()
+{
+    nextToStart_ = devices_.size();
+    for (auto &[index, task] : std::exchange(running_, {})) {
+        task->disconnect(this);
+        task->interrupt();
+    }
+    for (std::size_t index = 0; index < devices_.size(); ++index)
+        take(index, {});
+}
+
 void DeviceRunner::begin()
 {
     while (running_.size() < static_cast<std::size_t>(jobs_) && nextToStart_ < devices_.size()) {
@@ -59,6 +70,8 @@ void DeviceRunner::start(std::size_t index)
     connect(task.get(), &DeviceTask::happened, this,
             [this, &device](const ReportLine &line, const QJsonObject &members) {
                 printer_.printEvent(device, line, members);
+                if (printer_.isUnread())
+                    Q_EMIT unread();
             });
     connect(task.get(), &DeviceTask::warned, this, [this, &device](const QString &message) {
         printer_.complain(device, QStringLiteral("warning: ") + message);

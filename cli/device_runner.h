@@ -25,12 +25,16 @@ public:
 
     /// Ends what is under way, begins nothing more and reports all of it; finished() follows.
     void interrupt();
+    /// The same where nobody reads what is said: that is no failure of any device.
+    void endUnread();
 
     /// The highest status so far.
     ExitStatus status() const { return status_; }
 
 Q_SIGNALS:
     void finished();
+    /// What a device said could not be written.
+    void unread();
 
 private:
     void begin();

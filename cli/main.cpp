@@ -2,6 +2,7 @@
 #include "cli/completion.h"
 #include "cli/interrupts.h"
 #include "cli/program.h"
+#include "cli/reader_watch.h"
 
 #include <QCoreApplication>
 #include <algorithm>
@@ -26,6 +27,8 @@ int run(const Options &options)
     Program program(options, printer);
     const Interrupts interrupts;
     QObject::connect(&interrupts, &Interrupts::interrupted, &program, &Program::interrupt);
+    const ReaderWatch reader(output);
+    QObject::connect(&reader, &ReaderWatch::gone, &program, &Program::endUnread);
     QObject::connect(&program, &Program::finished, &program, [&status](ExitStatus ended) {
         status = statusOf(ended);
         QCoreApplication::exit(status);
@@ -49,7 +52,8 @@ int main(int argc, char *argv[])
     SetConsoleOutputCP(CP_UTF8);
 #endif
 #ifdef SIGPIPE
-    // Whoever reads may go, as head does; what is under way with a switch is done to its end.
+    // Whoever reads may go, as head does; what is under way with a switch is done to its end, but
+    // for a watch, which has none.
     std::signal(SIGPIPE, SIG_IGN);
 #endif
     const auto asked = readArguments(QCoreApplication::arguments());

@@ -11,12 +11,21 @@
 #endif
 
 namespace {
+int descriptorOf(std::FILE *file)
+{
+#ifdef Q_OS_WIN
+    return _fileno(file);
+#else
+    return fileno(file);
+#endif
+}
+
 bool isTerminalFile(std::FILE *file)
 {
 #ifdef Q_OS_WIN
-    return _isatty(_fileno(file)) != 0;
+    return _isatty(descriptorOf(file)) != 0;
 #else
-    return isatty(fileno(file)) != 0;
+    return isatty(descriptorOf(file)) != 0;
 #endif
 }
 } // namespace
@@ -36,6 +45,11 @@ void Output::write(const std::string &text)
 void Output::writeLine(const QString &line)
 {
     write(asOneLine(line.toStdString()) + "\n");
+}
+
+int Output::descriptor() const
+{
+    return descriptorOf(file_);
 }
 
 bool Output::isTerminal() const

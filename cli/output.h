@@ -21,6 +21,8 @@ public:
     /// Whether nobody reads any more, for whatever reason.
     bool hasEnded() const { return hasEnded_; }
 
+    /// Its number for the system.
+    int descriptor() const;
     /// Whether it is a terminal.
     bool isTerminal() const;
     /// Whether colours are welcome: it is a terminal, and NO_COLOR is not set.

@@ -24,6 +24,9 @@ public:
     Form form() const { return form_; }
     /// Whether a name goes in front of what is said of a device.
     void setNamed(bool named) { isNamed_ = named; }
+    /// Whether nobody reads standard output any more, for whatever reason. Known once a write has
+    /// failed.
+    bool isUnread() const { return output_.hasEnded(); }
 
     void print(const Device &device, const DeviceReport &report);
     /// One event of a device; `line` for people, `members` for JSON.

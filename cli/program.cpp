@@ -157,6 +157,14 @@ void Program::interrupt()
         Q_EMIT finished(ExitStatus::Interrupted);
 }
 
+void Program::endUnread()
+{
+    if (options_.command != Options::Command::Watch || !runner_)
+        return;
+    isInterrupted_ = true;
+    runner_->endUnread();
+}
+
 void Program::discover()
 {
     openRecord();
@@ -228,6 +236,8 @@ void Program::run(const TaskMaker &maker)
     runner_ = std::make_unique<DeviceRunner>(devices_, jobsFor(options_, devices_), printer_);
     connect(runner_.get(), &DeviceRunner::finished, this,
             [this] { Q_EMIT finished(runner_->status()); });
+    // Through the event loop: the task that says it is deleted then.
+    connect(runner_.get(), &DeviceRunner::unread, this, &Program::endUnread, Qt::QueuedConnection);
     const bool needsSearch =
         isForModule(options_.command) ||
         std::any_of(devices_.begin(), devices_.end(),

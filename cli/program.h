@@ -22,6 +22,9 @@ public:
     void start();
     /// Ends what is under way and reports it; finished() follows.
     void interrupt();
+    /// Nobody reads standard output any more. What has no end of its own ends with that, and
+    /// finished() follows; everything else is done to its end.
+    void endUnread();
 
 Q_SIGNALS:
     void finished(ExitStatus status);

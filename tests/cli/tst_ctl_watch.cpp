@@ -2,6 +2,49 @@
 
 #include <QTest>
 #include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+/// Whoever reads the output of a process. QProcess itself reads until the process ends.
+class Reader
+{
+public:
+    explicit Reader(CtlProcess &process)
+    {
+        if (::pipe2(ends_, O_CLOEXEC | O_NONBLOCK) != 0)
+            qFatal("no pipe to be had");
+        process.process.setChildProcessModifier([this] { ::dup2(ends_[1], STDOUT_FILENO); });
+    }
+    ~Reader() { go(); }
+    Q_DISABLE_COPY_MOVE(Reader)
+
+    bool hasRead(const QByteArray &text)
+    {
+        return QTest::qWaitFor(
+            [&] {
+                char bytes[1024];
+                for (ssize_t count = 0; (count = ::read(ends_[0], bytes, sizeof bytes)) > 0;)
+                    read_.append(bytes, count);
+                return read_.contains(text);
+            },
+            20000);
+    }
+
+    void go()
+    {
+        for (int &end : ends_) {
+            if (end >= 0)
+                ::close(end);
+            end = -1;
+        }
+    }
+
+private:
+    int ends_[2] = {-1, -1};
+    QByteArray read_;
+};
+} // namespace
 
 /// peloractl watch.
 class CtlWatchTest : public QObject
@@ -66,6 +109,49 @@ private Q_SLOTS:
         QVERIFY(process.hasComplained("no answer from the switch yet; still listening\n"));
         desk.say("**C4\n");
         QVERIFY(process.hasSaid("km-control 4\n"));
+    }
+
+    void whoeverReadsMayGo_data()
+    {
+        QTest::addColumn<bool>("saysMore");
+        QTest::addColumn<int>("switches");
+        QTest::newRow("and the switch says more") << true << 1;
+        QTest::newRow("while the switch is silent") << false << 1;
+        QTest::newRow("of two switches") << false << 2;
+    }
+
+    void whoeverReadsMayGo()
+    {
+        QFETCH(bool, saysMore);
+        QFETCH(int, switches);
+        Desk desk;
+        const Desk other;
+        CtlProcess process;
+        Reader reader(process);
+        process.start(
+            (desk.option() + (switches == 2 ? other.option() : QString()) + QStringLiteral("watch"))
+                .split(QLatin1Char(' '), Qt::SkipEmptyParts));
+        QVERIFY(reader.hasRead("usb-control 3\n"));
+        reader.go();
+        if (saysMore)
+            desk.say("**C4\n");
+        const CtlRun run = process.wait();
+        QCOMPARE(run.status, 0);
+        QCOMPARE(run.errors,
+                 switches == 1 ? QByteArray() : QByteArray("peloractl: 2 done, 0 failed, of 2\n"));
+    }
+
+    void aDiskThatIsFullEndsTheWatch()
+    {
+        const Desk desk;
+        CtlProcess process;
+        process.process.setStandardOutputFile(QStringLiteral("/dev/full"));
+        process.start(
+            (desk.option() + QStringLiteral("watch")).split(QLatin1Char(' '), Qt::SkipEmptyParts));
+        const CtlRun run = process.wait();
+        QCOMPARE(run.status, 2);
+        QCOMPARE(run.errors, QByteArray("peloractl: standard output cannot be written: No space "
+                                        "left on device\n"));
     }
 
     void aCableThatIsPulledEndsTheWatch()
