@@ -1,6 +1,7 @@
 #include "cli/device.h"
 
 #include "cli/failure.h"
+#include "device/ipv4_address.h"
 #include "session/udp_switch_link.h"
 
 #include <QFileInfo>
@@ -30,16 +31,17 @@ bool hasControlCharacter(const QString &text)
     throw UsageError(QStringLiteral("\"%1\" is no device: %2").arg(text, why));
 }
 
-QHostAddress ipv4From(const QString &text)
+QHostAddress addressFrom(const QString &text)
 {
     static const QRegularExpression dotted(QStringLiteral("^[0-9]{1,3}(\\.[0-9]{1,3}){3}$"));
-    return dotted.match(text).hasMatch() ? QHostAddress(text) : QHostAddress();
+    const std::optional<quint32> address = ipv4From(text);
+    return address && dotted.match(text).hasMatch() ? QHostAddress(*address) : QHostAddress();
 }
 
 void readUdp(Device &device, const QString &text)
 {
     const QStringList parts = text.split(QLatin1Char(':'));
-    device.address = ipv4From(parts.first());
+    device.address = addressFrom(parts.first());
     if (device.address.isNull() || parts.size() > 2)
         refuse(device.text, QStringLiteral("give an IPv4 address, such as udp:192.0.2.7"));
     device.udpPort = switchUdpPort;

@@ -1,9 +1,9 @@
 #include "cli/module_values.h"
 
 #include "cli/failure.h"
+#include "device/ipv4_address.h"
 #include "device/usr_frame.h"
 
-#include <QHostAddress>
 #include <algorithm>
 
 namespace {
@@ -12,22 +12,25 @@ namespace {
     throw UsageError(line);
 }
 
+/// As a module says it, so that what was wanted and what it has can be compared.
 QString addressFrom(const QString &key, const QString &value)
 {
-    if (usr_frame::ipv4Field(value).isEmpty())
+    const std::optional<quint32> address = ipv4From(value);
+    if (!address)
         refuse(QStringLiteral("%1 is an IPv4 address such as 192.168.1.7, not \"%2\"")
                    .arg(key, value));
-    return value;
+    return ipv4Text(*address);
 }
 
 QString maskFrom(const QString &value)
 {
-    const quint32 mask = QHostAddress(addressFrom(QStringLiteral("mask"), value)).toIPv4Address();
+    const QString text = addressFrom(QStringLiteral("mask"), value);
+    const quint32 mask = ipv4From(text).value_or(0);
     const quint32 rest = ~mask;
     if (mask == 0 || (rest & (rest + 1)) != 0)
         refuse(
             QStringLiteral("mask is a subnet mask such as 255.255.255.0, not \"%1\"").arg(value));
-    return value;
+    return text;
 }
 
 QString textFrom(const QString &key, const QString &value, int size)

@@ -9,7 +9,7 @@
 struct ModuleValues
 {
     std::optional<bool> dhcp;
-    std::optional<QString> ip; ///< dotted, as are the next two
+    std::optional<QString> ip; ///< dotted, without zeros in front, as are the next two
     std::optional<QString> mask;
     std::optional<QString> gateway;
     std::optional<QString> name;

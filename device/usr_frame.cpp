@@ -1,6 +1,7 @@
 #include "device/usr_frame.h"
 
-#include <QStringList>
+#include "device/ipv4_address.h"
+
 #include <algorithm>
 #include <stdexcept>
 #include <utility>
@@ -28,8 +29,10 @@ QString digitsAt(const QString &hexText, int offset, int size)
 
 QString dottedText(const QByteArray &octets)
 {
-    const auto octet = [&octets](int i) { return QString::number(static_cast<quint8>(octets[i])); };
-    return QStringLiteral("%1.%2.%3.%4").arg(octet(0), octet(1), octet(2), octet(3));
+    quint32 address = 0;
+    for (const char octet : octets)
+        address = address << 8 | static_cast<quint8>(octet);
+    return ipv4Text(address);
 }
 
 QString ipv4At(const QString &hexText, int offset)
@@ -120,17 +123,12 @@ QString textField(const QString &text, int size)
 
 QString ipv4Field(const QString &dotted)
 {
-    const QStringList parts = dotted.split(u'.');
-    if (parts.size() != ipv4Size)
+    const std::optional<quint32> address = ipv4From(dotted);
+    if (!address)
         return {};
     QByteArray octets;
-    for (const QString &part : parts) {
-        bool isNumber = false;
-        const int octet = part.toInt(&isNumber);
-        if (!isNumber || octet < 0 || octet > 255)
-            return {};
-        octets.prepend(static_cast<char>(octet));
-    }
+    for (int shift = 0; shift < 8 * ipv4Size; shift += 8)
+        octets.append(static_cast<char>(*address >> shift & 0xff));
     return toHexText(octets);
 }
 

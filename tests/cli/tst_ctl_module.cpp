@@ -234,6 +234,19 @@ private Q_SLOTS:
         QVERIFY(run.output.contains("ip          192.0.2.9\n"));
     }
 
+    void anAddressMayBeFilledUpWithZeros()
+    {
+        const Lan lan("--address 192.0.2.7 --name Desk");
+        CtlRun run = ctlWith("admin", "module set -u admin -d module:Desk ip=192.000.002.010 "
+                                      "mask=255.255.255.000");
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.status, 0);
+        QVERIFY(run.output.contains("ip          192.0.2.10\n"));
+        run = ctlWith("admin", "module set -u admin -d udp:192.0.2.010 ip=192.000.002.010");
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.output, QByteArray("already so\n"));
+    }
+
     void newCredentialsAreNeverShown()
     {
         const Lan lan("--address 192.0.2.7 --name Desk");

@@ -63,13 +63,32 @@ private Q_SLOTS:
                      QStringLiteral("9ca5251a2b3c"));
     }
 
+    void numbersOfAnAddressAreDecimal_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<quint32>("address");
+        QTest::newRow("filled up to three digits")
+            << QStringLiteral("udp:192.168.001.010") << 0xC0A8010AU;
+        QTest::newRow("no octal number") << QStringLiteral("udp:192.0.2.08") << 0xC0000208U;
+        QTest::newRow("bounds") << QStringLiteral("udp:000.255.00.255") << 0x00FF00FFU;
+    }
+
+    void numbersOfAnAddressAreDecimal()
+    {
+        QFETCH(QString, text);
+        QFETCH(quint32, address);
+        QCOMPARE(deviceFrom(text).address.toIPv4Address(), address);
+        QCOMPARE(mistakeOf(text + QStringLiteral(":2300")), QString());
+    }
+
     void whatIsNoneIsRefused_data()
     {
         QTest::addColumn<QString>("text");
         for (const char *text :
              {"", "ttyUSB0", "serial:", "SERIAL:x", "udp:", "udp:host", "udp:192.0.2",
               "udp:1.2.3.4.5", "udp:192.0.2.256", "udp:192.0.2.7:0", "udp:192.0.2.7:65536",
-              "udp:192.0.2.7:x", "udp:192.0.2.7:23:4", "udp:::1", "module:"})
+              "udp:192.0.2.7:x", "udp:192.0.2.7:23:4", "udp:::1", "udp:192.0.2. 7",
+              "udp:192.0.2.+7", "udp:192.0.2.0007", "udp:0x7f.0.0.1", "module:"})
             QTest::newRow(text) << QString::fromLatin1(text);
     }
 

@@ -50,6 +50,16 @@ private Q_SLOTS:
         QVERIFY(!settings.name);
     }
 
+    void addressesAreWhatAModuleSaysOfThem()
+    {
+        const ModuleSettings settings = settingsFor(
+            moduleValuesFrom({"ip=192.000.002.010", "mask=255.0240.000.0", "gateway=192.0.2. 254"}),
+            stored, admin);
+        QCOMPARE(settings.ip, QStringLiteral("192.0.2.10"));
+        QCOMPARE(settings.subnetMask, QStringLiteral("255.240.0.0"));
+        QCOMPARE(settings.gateway, QStringLiteral("192.0.2.254"));
+    }
+
     void dhcpKeepsTheStaticAddressForLater()
     {
         usr_frame::ConfigurationReply now = stored;
