@@ -8,7 +8,7 @@
 
 /// What each command does with one device. What can be checked without a device is checked, and
 /// files are read, when the maker is made: it throws UsageError then, before anything is sent
-/// anywhere.
+/// anywhere. `world` is read when a task is made, so it lives as long as the maker.
 using TaskMaker = std::function<std::unique_ptr<DeviceTask>(const FoundDevice &found)>;
 
 TaskMaker getTasks(const TaskWorld &world);

@@ -157,7 +157,7 @@ TaskMaker fileTasks(ChangeTask::Kind kind, const TaskWorld &world,
     }
     if (!mistakes.isEmpty())
         throw UsageError(mistakes);
-    return [=](const FoundDevice &found) {
+    return [=, &world](const FoundDevice &found) {
         const QString file = fileOf.value(found.device.name);
         const SettingsReading reading = readings.value(file);
         return std::make_unique<FileTask>(found, world, planFor(kind, reading),
@@ -177,7 +177,7 @@ TaskMaker saveTasks(const TaskWorld &world, const std::vector<Device> &devices)
     QHash<QString, QString> fileOf;
     for (std::size_t at = 0; at < devices.size(); ++at)
         fileOf.insert(devices.at(at).name, files.at(static_cast<qsizetype>(at)));
-    return [=](const FoundDevice &found) {
+    return [=, &world](const FoundDevice &found) {
         return std::make_unique<SaveTask>(found, world, fileOf.value(found.device.name));
     };
 }

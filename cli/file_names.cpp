@@ -2,6 +2,8 @@
 
 #include "cli/failure.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QSet>
 #include <algorithm>
@@ -30,6 +32,17 @@ bool isPlain(const QString &name)
 bool namesEachDevice(const QString &pattern)
 {
     return pattern.contains(placeholder);
+}
+
+bool isSameFile(const QString &one, const QString &other)
+{
+    if (one.isEmpty() || other.isEmpty())
+        return false;
+    const QFileInfo first(one);
+    const QFileInfo second(other);
+    if (first.exists() || second.exists())
+        return first.exists() && second.exists() && first == second;
+    return QDir::cleanPath(first.absoluteFilePath()) == QDir::cleanPath(second.absoluteFilePath());
 }
 
 QStringList filesFor(const QString &pattern, const std::vector<Device> &devices)

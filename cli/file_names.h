@@ -9,5 +9,9 @@
 /// with "/", "\", ":" or a control character in it, ".", "..", or reserved as "CON" is on Windows.
 QStringList filesFor(const QString &pattern, const std::vector<Device> &devices);
 
+/// Whether both names lead to one file, also to one that is not there yet. An empty name leads to
+/// none.
+bool isSameFile(const QString &one, const QString &other);
+
 /// Whether `pattern` makes a file of its own for each device.
 bool namesEachDevice(const QString &pattern);

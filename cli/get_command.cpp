@@ -81,7 +81,7 @@ std::vector<SettingKey> keysFrom(const std::vector<std::string> &names)
 
 TaskMaker getTasks(const TaskWorld &world)
 {
-    return [world, keys = keysFrom(world.options.keys)](const FoundDevice &found) {
+    return [&world, keys = keysFrom(world.options.keys)](const FoundDevice &found) {
         return std::make_unique<GetTask>(found, world, keys);
     };
 }

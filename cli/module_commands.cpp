@@ -255,7 +255,7 @@ ModuleCredentials credentialsFrom(const Options &options)
 
 TaskMaker moduleShowTasks(const TaskWorld &world)
 {
-    return [world, credentials = credentialsFrom(world.options)](const FoundDevice &found) {
+    return [&world, credentials = credentialsFrom(world.options)](const FoundDevice &found) {
         return std::make_unique<ModuleShowTask>(found, world, credentials);
     };
 }
@@ -277,7 +277,7 @@ TaskMaker moduleSetTasks(const TaskWorld &world, const std::vector<Device> &devi
     if (!changes)
         throw UsageError(QStringLiteral("nothing to set; give dhcp, ip=, mask=, gateway=, name=, "
                                         "username= or --new-password"));
-    return [=](const FoundDevice &found) {
+    return [=, &world](const FoundDevice &found) {
         return std::make_unique<ModuleSetTask>(found, world, credentials, values);
     };
 }

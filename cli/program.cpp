@@ -1,5 +1,6 @@
 #include "cli/program.h"
 
+#include "cli/file_names.h"
 #include "cli/listings.h"
 #include "cli/open_files.h"
 #include "cli/passwords.h"
@@ -71,6 +72,25 @@ int jobsFor(const Options &options, const std::vector<Device> &devices)
     return all;
 }
 
+/// Throws where the record is a file that the command reads or writes.
+void requireOwnRecord(const Options &options, const std::vector<Device> &devices)
+{
+    if (options.record.empty())
+        return;
+    QStringList others;
+    for (const std::string &file :
+         {options.deviceList, options.passwordFile, options.newPasswordFile})
+        others.append(QString::fromStdString(file));
+    if (!options.file.empty())
+        others += filesFor(QString::fromStdString(options.file), devices);
+    const QString record = QString::fromStdString(options.record);
+    if (std::any_of(others.cbegin(), others.cend(),
+                    [&record](const QString &file) { return isSameFile(record, file); }))
+        throw UsageError(QStringLiteral("the record %1 is a file that this command reads or writes "
+                                        "as well; choose another")
+                             .arg(record));
+}
+
 /// Throws where two devices are one module, or a module and an address are the same.
 void requireDistinct(const std::vector<FoundDevice> &found)
 {
@@ -135,17 +155,20 @@ void Program::begin()
         break;
     }
     devices_ = devicesOf(options_);
+    requireOwnRecord(options_, devices_);
     for (const Device &device : devices_) {
         if (isForModule(options_.command) && device.road == Device::Road::Serial)
             throw UsageError(QStringLiteral("\"%1\" has no network module; name one by module: or "
                                             "udp:")
                                  .arg(device.text));
     }
-    openRecord();
+    const int jobs = jobsFor(options_, devices_);
     const TaskMaker maker = makerFor(devices_);
     if (options_.command == Options::Command::ResetFactory)
         confirmFactoryReset();
-    run(maker);
+    // Last of all: an earlier record of that name is lost.
+    openRecord();
+    run(maker, jobs);
 }
 
 void Program::interrupt()
@@ -230,10 +253,10 @@ TaskMaker Program::makerFor(const std::vector<Device> &devices) const
     }
 }
 
-void Program::run(const TaskMaker &maker)
+void Program::run(const TaskMaker &maker, int jobs)
 {
     printer_.setNamed(devices_.size() > 1);
-    runner_ = std::make_unique<DeviceRunner>(devices_, jobsFor(options_, devices_), printer_);
+    runner_ = std::make_unique<DeviceRunner>(devices_, jobs, printer_);
     connect(runner_.get(), &DeviceRunner::finished, this,
             [this] { Q_EMIT finished(runner_->status()); });
     // Through the event loop: the task that says it is deleted then.

@@ -36,7 +36,7 @@ private:
     void openRecord();
     void confirmFactoryReset() const;
     TaskMaker makerFor(const std::vector<Device> &devices) const;
-    void run(const TaskMaker &maker);
+    void run(const TaskMaker &maker, int jobs);
     void runFound(const TaskMaker &maker, const ModuleSearchResult &found);
 
     Options options_;

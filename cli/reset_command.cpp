@@ -52,5 +52,5 @@ private:
 
 TaskMaker resetTasks(const TaskWorld &world)
 {
-    return [world](const FoundDevice &found) { return std::make_unique<ResetTask>(found, world); };
+    return [&world](const FoundDevice &found) { return std::make_unique<ResetTask>(found, world); };
 }

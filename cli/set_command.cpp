@@ -28,7 +28,7 @@ TaskMaker setTasks(const TaskWorld &world)
     const auto wanted = [values](const SwitchConfiguration &now) {
         return WantedSettings{values.atSwitch(now), values.keys(), {}};
     };
-    return [=](const FoundDevice &found) {
+    return [=, &world](const FoundDevice &found) {
         return std::make_unique<ChangeTask>(
             found, world, ChangeTask::Plan{ChangeTask::Kind::Change, values.needed(), wanted});
     };

@@ -86,5 +86,5 @@ private:
 
 TaskMaker watchTasks(const TaskWorld &world)
 {
-    return [world](const FoundDevice &found) { return std::make_unique<WatchTask>(found, world); };
+    return [&world](const FoundDevice &found) { return std::make_unique<WatchTask>(found, world); };
 }
