@@ -29,6 +29,11 @@ struct Failure
 /// "credentials", "interrupted"; empty for what is no failure.
 QString kindOf(ExitStatus status);
 
+/// Ctrl+C, while the user was asked something and nothing had been sent. Thrown.
+struct Interrupted
+{
+};
+
 /// A mistake of the user's, found before anything is sent. One line each.
 class UsageError : public std::runtime_error
 {

@@ -1,11 +1,14 @@
 #include "cli/interrupts.h"
 
 #include <csignal>
+#include <iterator>
 #ifdef Q_OS_WIN
 #include <utility>
 #include <windows.h>
 #else
 #include <QSocketNotifier>
+#include <cerrno>
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 #endif
@@ -25,10 +28,12 @@ BOOL WINAPI onConsole(DWORD event)
 #else
 int ends[2] = {-1, -1}; // NOLINT: a signal handler has nothing else; what is written into the first
                         // comes out of the second
+volatile std::sig_atomic_t isRaised = 0; // NOLINT: likewise
 
 void onSignal(int number)
 {
     std::signal(number, SIG_DFL); // the next one ends
+    isRaised = 1;
     const char wake = 1;
     [[maybe_unused]] const ssize_t written = ::write(ends[0], &wake, sizeof wake);
 }
@@ -48,6 +53,7 @@ Interrupts::Interrupts(QObject *parent) : QObject(parent)
         notifier->setEnabled(false);
         Q_EMIT interrupted();
     });
+    isRaised = 0;
     std::signal(SIGINT, onSignal);
     std::signal(SIGTERM, onSignal);
 #endif
@@ -68,3 +74,14 @@ Interrupts::~Interrupts()
     }
 #endif
 }
+
+#ifndef Q_OS_WIN
+bool waitForInput()
+{
+    pollfd watched[] = {{STDIN_FILENO, POLLIN, 0}, {ends[1], POLLIN, 0}};
+    bool isThere = false;
+    while (!isThere && isRaised == 0)
+        isThere = ::poll(watched, std::size(watched), -1) >= 0 || errno != EINTR;
+    return isRaised == 0;
+}
+#endif

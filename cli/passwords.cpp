@@ -2,9 +2,9 @@
 
 #include "cli/failure.h"
 #include "cli/output.h"
+#include "cli/standard_input.h"
 
 #include <QFile>
-#include <cstdio>
 #include <iostream>
 #ifdef Q_OS_WIN
 #include <windows.h>
@@ -51,14 +51,18 @@ private:
 #endif
 };
 
-/// What is typed at `question`; UsageError at the end of input.
+/// What is typed at `question`; UsageError at the end of input, Interrupted at Ctrl+C.
 QString typed(const QString &question)
 {
     std::cerr << question.toStdString() << std::flush;
-    std::string line;
-    if (!std::getline(std::cin, line))
-        throw UsageError(QStringLiteral("nothing was typed"));
-    return QString::fromStdString(line);
+    try {
+        if (const std::optional<QString> line = inputLine())
+            return *line;
+    } catch (const Interrupted &) {
+        std::cerr << '\n';
+        throw;
+    }
+    throw UsageError(QStringLiteral("nothing was typed"));
 }
 
 QString typedSilently(const QString &question)

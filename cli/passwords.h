@@ -3,7 +3,8 @@
 #include <QString>
 #include <string>
 
-/// Where passwords come from. None is taken from the command line or appears in any output.
+/// Where passwords come from. None is taken from the command line or appears in any output. Where
+/// somebody is asked, Ctrl+C throws Interrupted.
 
 /// A module's password: the first line of `file` where one is named, else PELORA_PASSWORD, else a
 /// prompt without echo.

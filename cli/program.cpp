@@ -4,28 +4,34 @@
 #include "cli/listings.h"
 #include "cli/open_files.h"
 #include "cli/passwords.h"
+#include "cli/standard_input.h"
 #include "session/link_recorder.h"
 #include "session/udp_switch_link.h"
 
 #include <QFile>
 #include <algorithm>
-#include <cstdio>
+#include <stdexcept>
 #include <utility>
 
 namespace {
 QByteArray listText(const QString &path)
 {
+    const auto refuse = [&path](const QString &reason) {
+        throw UsageError(QStringLiteral("the list %1 cannot be read: %2").arg(path, reason));
+    };
+    if (path == QLatin1String("-")) {
+        try {
+            return wholeInput();
+        } catch (const std::runtime_error &error) {
+            refuse(QString::fromLocal8Bit(error.what()));
+        }
+    }
     QFile file(path);
-    const bool isInput = path == QLatin1String("-");
-    const bool isOpen =
-        isInput ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
-    if (!isOpen)
-        throw UsageError(
-            QStringLiteral("the list %1 cannot be read: %2").arg(path, file.errorString()));
+    if (!file.open(QIODevice::ReadOnly))
+        refuse(file.errorString());
     const QByteArray text = file.readAll();
     if (file.error() != QFile::NoError)
-        throw UsageError(
-            QStringLiteral("the list %1 cannot be read: %2").arg(path, file.errorString()));
+        refuse(file.errorString());
     return text;
 }
 
@@ -129,6 +135,9 @@ void Program::start()
         begin();
     } catch (const UsageError &error) {
         refuse(error);
+    } catch (const Interrupted &) {
+        printer_.complain(QStringLiteral("interrupted; nothing was sent"));
+        Q_EMIT finished(ExitStatus::Interrupted);
     }
 }
 

@@ -2,6 +2,8 @@
 #include "support/pty_pair.h"
 
 #include <QTest>
+#include <csignal>
+#include <sys/ioctl.h>
 
 namespace {
 /// A terminal at which somebody types, and which shows what is typed.
@@ -24,6 +26,16 @@ public:
             return false;
         write(line + '\n');
         return true;
+    }
+
+    /// How much of what was typed nobody has read yet, in bytes.
+    int unread() const
+    {
+        const int end = ::open(QFile::encodeName(path()).constData(), O_RDWR | O_NOCTTY);
+        int bytes = -1;
+        ::ioctl(end, FIONREAD, &bytes);
+        ::close(end);
+        return bytes;
     }
 
     /// Whether it shows what is typed.
@@ -119,6 +131,62 @@ private Q_SLOTS:
         const CtlRun run = process.wait();
         QCOMPARE(run.status, 2);
         QVERIFY(run.errors.contains("nothing was typed"));
+    }
+
+    void anInterruptedPromptEndsAndShowsAgainWhatIsTyped_data()
+    {
+        QTest::addColumn<int>("signal");
+        QTest::addColumn<QByteArray>("typed");
+        QTest::newRow("Ctrl+C") << SIGINT << QByteArray();
+        QTest::newRow("the wish to end") << SIGTERM << QByteArray();
+        QTest::newRow("Ctrl+C behind half a line") << SIGINT << QByteArray("half\x04");
+    }
+
+    void anInterruptedPromptEndsAndShowsAgainWhatIsTyped()
+    {
+        QFETCH(int, signal);
+        QFETCH(QByteArray, typed);
+        Terminal terminal;
+        CtlProcess process;
+        startAt(terminal, process, moduleShow);
+        QVERIFY(process.hasComplained("Password of the module: "));
+        QVERIFY(!terminal.shows());
+        terminal.write(typed);
+        ::kill(static_cast<pid_t>(process.process.processId()), signal);
+        const CtlRun run = process.wait();
+        QCOMPARE(run.status, 130);
+        QCOMPARE(run.errors, QByteArray("Password of the module: \n"
+                                        "peloractl: interrupted; nothing was sent\n"));
+        QVERIFY(terminal.shows());
+    }
+
+    void anInterruptedQuestionSendsNothing()
+    {
+        const Desk desk;
+        Terminal terminal;
+        CtlProcess process;
+        startAt(terminal, process, desk.option() + QStringLiteral("reset factory"));
+        QVERIFY(process.hasComplained("[y/N] "));
+        ::kill(static_cast<pid_t>(process.process.processId()), SIGINT);
+        terminal.write("y\n"); // too late
+        const CtlRun run = process.wait();
+        QCOMPARE(run.status, 130);
+        QVERIFY2(run.errors.endsWith("[y/N] \npeloractl: interrupted; nothing was sent\n"),
+                 run.errors.constData());
+        QVERIFY(desk.commands().isEmpty());
+    }
+
+    void anInterruptedListEnds()
+    {
+        Terminal terminal;
+        CtlProcess process;
+        startAt(terminal, process, QStringLiteral("-D - get"));
+        terminal.write("udp:127.0.0.1:9\n");
+        QTRY_COMPARE_WITH_TIMEOUT(terminal.unread(), 0, 20000);
+        ::kill(static_cast<pid_t>(process.process.processId()), SIGINT);
+        const CtlRun run = process.wait();
+        QCOMPARE(run.status, 130);
+        QCOMPARE(run.errors, QByteArray("peloractl: interrupted; nothing was sent\n"));
     }
 
     void aFactoryResetIsAskedFor_data()
