@@ -69,9 +69,13 @@ void printModules(Printer &printer, const ModuleSearchResult &found)
 
 QString emptySearch(const ModuleSearchResult &found)
 {
-    if (!found.problem.isEmpty())
+    if (found.isPortTaken)
         return QStringLiteral("no search for modules: UDP port 4242 cannot be had (%1); close the "
                               "program that has it")
+            .arg(found.problem);
+    if (!found.problem.isEmpty())
+        return QStringLiteral("no search for modules: it cannot be sent (%1); check that this "
+                              "machine is on the network")
             .arg(found.problem);
     const QString odd =
         found.ignored == 0

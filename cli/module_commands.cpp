@@ -36,15 +36,19 @@ DeviceReport reportOn(const QList<ReportLine> &said)
     return report;
 }
 
-Failure loginFailure(Outcome outcome)
+Failure loginFailure(const ModuleLoginResult &result)
 {
-    switch (outcome) {
+    switch (result.outcome) {
     case Outcome::Refused:
         return {ExitStatus::BadCredentials,
                 QStringLiteral("the module refuses this user name and password")};
     case Outcome::NotUnderstood:
         return {ExitStatus::NotUnderstood,
                 QStringLiteral("the module's answer to the login cannot be understood")};
+    case Outcome::NotSent:
+        return {ExitStatus::NoDevice,
+                QStringLiteral("the login cannot be sent to the module (%1); check the network")
+                    .arg(result.problem)};
     default:
         return {ExitStatus::NoDevice,
                 QStringLiteral("the module does not answer the login; check the network")};
@@ -74,7 +78,7 @@ protected:
     {
         finish(result.outcome == Outcome::Accepted
                    ? reportOn(describe(module_.reply, result.configuration))
-                   : DeviceReport{loginFailure(result.outcome), {}, {}, {}});
+                   : DeviceReport{loginFailure(result), {}, {}, {}});
     }
     virtual QString progress() const { return QStringLiteral("nothing was changed"); }
 
@@ -122,7 +126,7 @@ protected:
         else if (result.outcome == Outcome::Accepted)
             write(result.configuration);
         else
-            finish({loginFailure(result.outcome), {}, {}, {}});
+            finish({loginFailure(result), {}, {}, {}});
     }
 
     QString progress() const override
@@ -183,7 +187,7 @@ private:
                             ? Failure{ExitStatus::NotTaken,
                                       QStringLiteral("the module did not take the new user name or "
                                                      "password")}
-                            : loginFailure(result.outcome));
+                            : loginFailure(result));
             return;
         }
         const QList<ReportLine> now = describe(module().reply, result.configuration);

@@ -64,10 +64,11 @@ void DeviceLink::begin(std::unique_ptr<SwitchLink> link, const QString &name)
     const SwitchLink::Road road = link->road();
     SwitchLink *const made = link.get();
     connection_ = std::make_unique<Connection>(std::move(link));
-    linkName_ = name;
     connect(connection_.get(), &Connection::unanswered, this, &DeviceLink::unanswered);
     connect(made, &SwitchLink::opened, this, &DeviceLink::opened);
     connect(made, &SwitchLink::failed, this, &DeviceLink::openFailed);
+    connect(made, &SwitchLink::written, this,
+            [this, name, road](const QByteArray &bytes) { Q_EMIT written(name, road, bytes); });
     connect(made, &SwitchLink::received, this,
             [this, name, road](const QByteArray &bytes) { Q_EMIT received(name, road, bytes); });
     connect(made, &SwitchLink::received, this,
@@ -142,12 +143,8 @@ QByteArray DeviceLink::frame(std::string &command)
 
 void DeviceLink::writeDirectly(const QByteArray &bytes)
 {
-    if (!connection_->isOpen())
-        return;
-    SwitchLink *const link = connection_->link();
-    const SwitchLink::Road road = link->road();
-    link->write(bytes);
-    Q_EMIT written(linkName_, road, bytes);
+    if (connection_->isOpen())
+        connection_->link()->write(bytes);
 }
 
 void DeviceLink::setModule(const QString &address, const QString &name)

@@ -126,7 +126,6 @@ private:
     LinkFactories factories_;
     std::unique_ptr<Connection> connection_ = std::make_unique<Connection>();
     bool sendEnabled = true;
-    QString linkName_; ///< what people call the connection's link
     QString usrAddress;
     QString moduleName_;
 };

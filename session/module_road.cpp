@@ -2,6 +2,7 @@
 
 #include <QNetworkInterface>
 #include <algorithm>
+#include <cerrno>
 
 namespace {
 bool canBroadcast(const QNetworkInterface &candidate)
@@ -34,6 +35,18 @@ QNetworkDatagram requestOn(const ModuleRoad &road, quint16 port, const QByteArra
     QNetworkDatagram datagram(request, road.broadcast, port);
     datagram.setInterfaceIndex(road.interfaceIndex);
     return datagram;
+}
+
+QString sendThrough(QUdpSocket &socket, const QNetworkDatagram &datagram)
+{
+    errno = 0;
+    if (socket.writeDatagram(datagram) == datagram.data().size())
+        return {};
+#ifndef Q_OS_WIN
+    if (errno != 0) // Qt has the same words for most failures
+        return qt_error_string(errno);
+#endif
+    return socket.errorString();
 }
 
 ModuleRoad roadOf(const QNetworkDatagram &answer, const QList<ModuleRoad> &roads)

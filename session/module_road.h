@@ -3,6 +3,7 @@
 #include <QHostAddress>
 #include <QList>
 #include <QNetworkDatagram>
+#include <QUdpSocket>
 #include <chrono>
 
 /// The way by which requests to network modules leave this machine.
@@ -34,6 +35,9 @@ QList<ModuleRoad> broadcastRoads();
 
 /// `request` on its way to all modules on `road`, port `port`.
 QNetworkDatagram requestOn(const ModuleRoad &road, quint16 port, const QByteArray &request);
+
+/// Sends `datagram`. Returns why it has not left, in the system's words; empty where it has.
+QString sendThrough(QUdpSocket &socket, const QNetworkDatagram &datagram);
 
 /// The one of `roads` by which `answer` came; the first where it came by none of them.
 ModuleRoad roadOf(const QNetworkDatagram &answer, const QList<ModuleRoad> &roads);

@@ -38,14 +38,24 @@ void ModuleSearch::begin()
             return;
         }
         result_.problem = socket_.errorString();
+        result_.isPortTaken = true;
         Q_EMIT finished(result_);
         return;
     }
     const QByteArray request = usr_frame::toBytes(usr_frame::searchRequest());
+    bool hasLeft = false;
     for (const ModuleRoad &road : std::as_const(network_.roads)) {
-        socket_.writeDatagram(requestOn(road, network_.modulePort, request));
+        const QString problem = sendThrough(socket_, requestOn(road, network_.modulePort, request));
+        if (!problem.isEmpty()) {
+            result_.problem = problem;
+            continue;
+        }
+        hasLeft = true;
         Q_EMIT written(request);
     }
+    if (hasLeft)
+        result_.problem.clear();
+    // Also where nothing has left, so that whoever searches again and again does so at leisure.
     end_.start(network_.collection);
 }
 

@@ -21,6 +21,7 @@ struct ModuleOnLan
 struct ModuleSearchResult
 {
     QString problem; ///< why there was no search, in the system's words; empty when there was one
+    bool isPortTaken = false;   ///< the problem: another program has the discovery port
     QList<ModuleOnLan> modules; ///< each MAC once, in the order of their first answers
     int ignored = 0;            ///< answers that no module gives, by their size
 };

@@ -43,6 +43,7 @@ void ModuleSession::logIn()
         return;
     isAsking_ = true;
     cameAnything_ = false;
+    hasLeft_ = false;
     attemptsLeft_ = network_.loginRetries;
     attempt();
 }
@@ -66,9 +67,9 @@ bool ModuleSession::setUp(const ModuleSettings &settings)
 void ModuleSession::attempt()
 {
     // The socket stays bound from one attempt to the next, so that a late answer counts as well.
-    if (bindSocket())
-        send(usr_frame::loginRequest(module_.reply.mac, credentials_.username,
-                                     credentials_.password));
+    if (bindSocket() && send(usr_frame::loginRequest(module_.reply.mac, credentials_.username,
+                                                     credentials_.password)))
+        hasLeft_ = true;
     answerWait_.start(network_.loginAnswer);
 }
 
@@ -80,9 +81,10 @@ void ModuleSession::take(const QNetworkDatagram &datagram)
     cameAnything_ = true;
     const QString reply = usr_frame::toHexText(datagram.data());
     if (usr_frame::isConfiguration(reply))
-        finish({ModuleLoginResult::Outcome::Accepted, usr_frame::readConfigurationReply(reply)});
+        finish(
+            {ModuleLoginResult::Outcome::Accepted, usr_frame::readConfigurationReply(reply), {}});
     else if (usr_frame::isRefusal(reply))
-        finish({ModuleLoginResult::Outcome::Refused, {}});
+        finish({ModuleLoginResult::Outcome::Refused, {}, {}});
 }
 
 void ModuleSession::onTimeUp()
@@ -92,9 +94,12 @@ void ModuleSession::onTimeUp()
         attempt();
         return;
     }
-    finish({cameAnything_ ? ModuleLoginResult::Outcome::NotUnderstood
-                          : ModuleLoginResult::Outcome::Silent,
-            {}});
+    if (cameAnything_)
+        finish({ModuleLoginResult::Outcome::NotUnderstood, {}, {}});
+    else if (hasLeft_)
+        finish({ModuleLoginResult::Outcome::Silent, {}, {}});
+    else
+        finish({ModuleLoginResult::Outcome::NotSent, {}, problem_});
 }
 
 void ModuleSession::finish(const ModuleLoginResult &result)
@@ -106,15 +111,17 @@ void ModuleSession::finish(const ModuleLoginResult &result)
 
 bool ModuleSession::bindSocket()
 {
-    return socket_.state() == QAbstractSocket::BoundState || socket_.bind(network_.localAddress);
+    if (socket_.state() == QAbstractSocket::BoundState || socket_.bind(network_.localAddress))
+        return true;
+    problem_ = socket_.errorString();
+    return false;
 }
 
 bool ModuleSession::send(const QString &request)
 {
     const QByteArray bytes = usr_frame::toBytes(request);
-    const bool hasLeft =
-        socket_.writeDatagram(requestOn(module_.road, network_.modulePort, bytes)) == bytes.size();
-    if (hasLeft)
+    problem_ = sendThrough(socket_, requestOn(module_.road, network_.modulePort, bytes));
+    if (problem_.isEmpty())
         Q_EMIT written(bytes);
-    return hasLeft;
+    return problem_.isEmpty();
 }

@@ -9,14 +9,16 @@
 struct ModuleLoginResult
 {
     enum class Outcome {
-        Accepted,     ///< `configuration` is what it has stored
-        Refused,      ///< the credentials are wrong
-        Silent,       ///< nothing came
-        NotUnderstood ///< something came that is neither of the first two
+        Accepted,      ///< `configuration` is what it has stored
+        Refused,       ///< the credentials are wrong
+        Silent,        ///< nothing came
+        NotUnderstood, ///< something came that is neither of the first two
+        NotSent        ///< nothing came, and no login has left this machine; `problem` says why
     };
 
     Outcome outcome = Outcome::Silent;
     usr_frame::ConfigurationReply configuration;
+    QString problem; ///< in the system's words
 };
 
 /// A user name and its password. They appear in requests and nowhere else.
@@ -81,5 +83,7 @@ private:
     QTimer answerWait_;
     int attemptsLeft_ = 0;
     bool isAsking_ = false;
+    bool hasLeft_ = false; ///< one of the logins
+    QString problem_;      ///< why the last request has not left
     bool cameAnything_ = false;
 };

@@ -34,8 +34,8 @@ void SerialSwitchLink::open()
 
 void SerialSwitchLink::write(const QByteArray &bytes)
 {
-    if (serialPort->isOpen())
-        serialPort->write(bytes);
+    if (serialPort->isOpen() && serialPort->write(bytes) == bytes.size())
+        Q_EMIT written(bytes);
 }
 
 void SerialSwitchLink::close()

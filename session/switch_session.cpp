@@ -27,6 +27,7 @@ SwitchSession::SwitchSession(std::unique_ptr<SwitchLink> link, Timing timing, QO
     connect(&clock_, &QTimer::timeout, this, &SwitchSession::onTimeUp);
     connect(&silence_, &QTimer::timeout, this, &SwitchSession::endAttempt);
     connect(link_.get(), &SwitchLink::opened, this, &SwitchSession::onOpened);
+    connect(link_.get(), &SwitchLink::written, this, &SwitchSession::written);
     connect(link_.get(), &SwitchLink::received, this, &SwitchSession::onReceived);
     connect(link_.get(), &SwitchLink::failed, this,
             [this](const QString &reason) { fail(SessionError::Kind::CannotOpen, reason); });
@@ -89,9 +90,7 @@ bool SwitchSession::isStillOpen()
 void SwitchSession::write(const std::string &command)
 {
     std::string text = command;
-    const QByteArray frame = frameCommand(text);
-    link_->write(frame);
-    Q_EMIT written(frame);
+    link_->write(frameCommand(text));
 }
 
 void SwitchSession::onOpened()

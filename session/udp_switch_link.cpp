@@ -40,8 +40,8 @@ void UdpSwitchLink::write(const QByteArray &bytes)
         return;
     // The report that an earlier datagram found nobody comes out of the next write, which is then
     // not done at all.
-    if (udpSocket->write(bytes) < 0)
-        udpSocket->write(bytes);
+    if (udpSocket->write(bytes) >= 0 || udpSocket->write(bytes) >= 0)
+        Q_EMIT written(bytes);
 }
 
 void UdpSwitchLink::close()

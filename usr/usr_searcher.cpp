@@ -301,7 +301,8 @@ void USR_searcher::leaveConfigSocket()
 void USR_searcher::send(QUdpSocket &socket, const QString &request, const ModuleRoad &road)
 {
     const QByteArray frame = usr_frame::toBytes(request);
-    socket.writeDatagram(requestOn(road, network_.modulePort, frame));
+    if (!sendThrough(socket, requestOn(road, network_.modulePort, frame)).isEmpty())
+        return;
     note(LinkRecorder::Direction::Sent, &socket == this ? network_.broadcast.toString() : targetIP,
          frame);
 }

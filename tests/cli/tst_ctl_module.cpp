@@ -3,6 +3,7 @@
 
 #include <QFile>
 #include <QJsonArray>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUdpSocket>
@@ -91,6 +92,28 @@ private Q_SLOTS:
         const CtlRun run = ctlIn(QStringLiteral("--timeout 100 --retries 1 discover"));
         QCOMPARE(run.status, 3);
         QVERIFY(run.errors.contains("UDP port 4242 cannot be had"));
+    }
+
+    void aMachineWithoutANetworkIsToldOf()
+    {
+        const auto ip = [](const char *arguments) {
+            return QProcess::execute(QStringLiteral("ip"), words(arguments));
+        };
+        const auto up = qScopeGuard([&] {
+            ip("link set pelora0 up");
+            ip("route replace default dev pelora0 src 192.0.2.1");
+        });
+        QCOMPARE(ip("link set pelora0 down"), 0);
+        const QTemporaryDir folder;
+        const QString record = folder.filePath(QStringLiteral("r.jsonl"));
+        const CtlRun run = ctlIn(QStringLiteral("discover --record ") + record);
+        QCOMPARE(run.status, 3);
+        QCOMPARE(run.errors, QByteArray("peloractl: no search for modules: it cannot be sent "
+                                        "(Network is unreachable); check that this machine is on "
+                                        "the network\n"));
+        QFile file(record);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), QByteArray());
     }
 
     void answersThatNoModuleGivesAreNone()

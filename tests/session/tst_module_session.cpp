@@ -1,5 +1,4 @@
-#include "session/module_session.h"
-#include "udp_module.h"
+#include "module_scene.h"
 
 #include <QElapsedTimer>
 #include <QNetworkInterface>
@@ -19,32 +18,6 @@ const QByteArray loginRequest("\xff\x13\x03\x9c\xa5\x25\x1a\x2b\x3c"
 const QByteArray commitRequest("\xff\x13\x04\x9c\xa5\x25\x1a\x2b\x3c"
                                "admin\0admin\0\x10",
                                22);
-
-/// Loopback and short waits.
-ModuleNetwork networkOf(const UdpModule &module)
-{
-    const QHostAddress loopback(QHostAddress::LocalHost);
-    ModuleNetwork network;
-    network.localAddress = loopback;
-    network.discoveryPort = 0;
-    network.modulePort = module.port();
-    network.roads = {{0, loopback}};
-    network.collection = 100ms;
-    network.loginAnswer = 100ms;
-    return network;
-}
-
-ModuleOnLan desk()
-{
-    return {{QStringLiteral("192.168.1.7"), QStringLiteral("9ca5251a2b3c"),
-             QStringLiteral("4465736b"), QStringLiteral("Desk")},
-            {0, QHostAddress(QHostAddress::LocalHost)}};
-}
-
-ModuleCredentials admin()
-{
-    return {QStringLiteral("admin"), QStringLiteral("admin")};
-}
 
 /// Static 192.168.1.7 behind 192.168.1.1, as the example of the setup request has it.
 ModuleSettings settings()
@@ -168,6 +141,7 @@ private Q_SLOTS:
         network.discoveryPort = other.localPort();
         const ModuleSearchResult result = search(network);
         QVERIFY(!result.problem.isEmpty());
+        QVERIFY(result.isPortTaken);
         QVERIFY(module.requests().isEmpty());
     }
 

@@ -85,6 +85,20 @@ private Q_SLOTS:
         QTRY_COMPARE(passed, (QByteArrayList{"> //R\r", "< Soft reset\n"}));
     }
 
+    void whatDoesNotLeaveIsNotTold()
+    {
+        NetworkScene s;
+        QByteArrayList passed;
+        connect(&s.watch.session, &SwitchSession::written, this,
+                [&](const QByteArray &frame) { passed.append(frame.left(4)); });
+        s.watch.session.write("//c1"); // not open yet
+        QVERIFY(s.watch.open());
+        s.watch.session.write(std::string(70000, 'x')); // more than a datagram holds
+        s.watch.session.write("//c2");
+        QTRY_COMPARE(s.device.commands(), QByteArrayList{"//c2\r"});
+        QCOMPARE(passed, QByteArrayList{"//c2"});
+    }
+
     void hundredsSideBySide()
     {
         constexpr int count = 300;

@@ -295,6 +295,21 @@ private Q_SLOTS:
         }));
     }
 
+    void aRecordHoldsNothingThatDidNotLeave()
+    {
+        const QTemporaryDir folder;
+        const QString file = folder.filePath(text("record.jsonl"));
+        LinkRecorder recorder(file);
+        UsrNetwork network = module_->network();
+        network.broadcast = QHostAddress(text("192.0.2.1")); // no road leads there from loopback
+        network.recorder = &recorder;
+        USR_searcher searcher(text("192.168.1.7"), text("userna"), text("pass12"), network);
+        QCOMPARE(searcher.search_USR(), -1);
+        QFile record(file);
+        QVERIFY(record.open(QIODevice::ReadOnly));
+        QCOMPARE(record.readAll(), QByteArray());
+    }
+
     void thePortOfTheSearchIsFreeAfterALogin()
     {
         UsrNetwork network = module_->network();
