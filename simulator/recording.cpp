@@ -1,5 +1,7 @@
 #include "simulator/recording.h"
 
+#include "simulator/text_form.h"
+
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -77,7 +79,7 @@ std::vector<NamedPiece> readFile(QFile &file, const std::string &fileName)
 
 Recording readRecording(const QString &file, const QString &name)
 {
-    const std::string fileName = file.toStdString();
+    const std::string fileName = printable(file.toStdString());
     QFile source(file);
     if (!source.open(QIODevice::ReadOnly))
         throw BadRecording("cannot read " + fileName + ": " + source.errorString().toStdString());
@@ -89,14 +91,14 @@ Recording readRecording(const QString &file, const QString &name)
     for (const NamedPiece &piece : all)
         if (!names.contains(piece.name))
             names.append(piece.name);
-    const std::string choice = names.join(QStringLiteral(", ")).toStdString();
+    const std::string choice = printable(names.join(QStringLiteral(", ")).toStdString());
     if (names.isEmpty())
         throw BadRecording(fileName + " holds no conversation with a switch");
     if (name.isEmpty() && names.size() > 1)
         throw BadRecording(fileName + " holds several devices, choose one with --name: " + choice);
     const QString chosen = name.isEmpty() ? names.first() : name;
     if (!names.contains(chosen))
-        throw BadRecording(fileName + " holds no device \"" + chosen.toStdString() +
+        throw BadRecording(fileName + " holds no device \"" + printable(chosen.toStdString()) +
                            "\" but: " + choice);
 
     Recording recording;
@@ -109,7 +111,7 @@ Recording readRecording(const QString &file, const QString &name)
             roads.append(piece.road);
     }
     if (roads.size() > 1)
-        throw BadRecording(fileName + " holds \"" + chosen.toStdString() +
+        throw BadRecording(fileName + " holds \"" + printable(chosen.toStdString()) +
                            "\" over both serial and udp");
     recording.serial = roads.first() == QLatin1String("serial");
     return recording;

@@ -75,6 +75,15 @@ private Q_SLOTS:
         row("several devices", good + line(2, "sent", c1, "hall"),
             "FILE holds several devices, choose one with --name: desk, hall");
         row("another device", good, "FILE holds no device \"hall\" but: desk", "hall");
+        const QByteArray rude = line(2, "sent", c1, "\\u001b]0;A\\u0007B\\u009b1m");
+        row("several devices with the terminal's words", good + rude,
+            "FILE holds several devices, choose one with --name: desk, "
+            "\\x1B]0;A\\x07B\\xC2\\x9B1m");
+        row("another device than one with the terminal's words", rude,
+            "FILE holds no device \"ha\\x07ll\" but: \\x1B]0;A\\x07B\\xC2\\x9B1m", "ha\x07ll");
+        row("both roads with the terminal's words",
+            rude + line(2, "sent", c1, "\\u001b]0;A\\u0007B\\u009b1m", "udp"),
+            "FILE holds \"\\x1B]0;A\\x07B\\xC2\\x9B1m\" over both serial and udp");
         row("both roads", good + line(2, "sent", c1, "desk", "udp"),
             "FILE holds \"desk\" over both serial and udp");
     }
