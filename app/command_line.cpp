@@ -72,5 +72,6 @@ std::variant<CommandLine, EarlyEnd> readCommandLine(int argc, char **argv)
 
 EarlyEnd mistake(const QString &text)
 {
-    return {QStringLiteral("pelora-utility: %1\nTry pelora-utility --help.\n").arg(text), 2};
+    return {QStringLiteral("pelora-utility: %1\nTry pelora-utility --help.\n").arg(text),
+            mistakeStatus};
 }

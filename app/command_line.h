@@ -9,6 +9,9 @@ struct CommandLine
     QString recordFile; ///< where to keep what passes on the link; empty: nowhere
 };
 
+/// What the program ends with after a mistake on the command line.
+inline constexpr int mistakeStatus = 2;
+
 /// The command line ends the program before a window opens: `text` for standard output (status 0)
 /// or standard error (status 2, a mistake).
 struct EarlyEnd

@@ -1,5 +1,7 @@
 #include "app/early_end.h"
 
+#include <cerrno>
+#include <cstring>
 #include <iostream>
 #ifdef Q_OS_WIN
 #include "log/window_dress.h"
@@ -25,7 +27,7 @@ bool hasStream(bool isMistake)
 } // namespace
 #endif
 
-void show(const EarlyEnd &end)
+int show(const EarlyEnd &end)
 {
     const bool isMistake = end.status != 0;
 #ifdef Q_OS_WIN
@@ -34,8 +36,14 @@ void show(const EarlyEnd &end)
         MessageBoxW(nullptr, reinterpret_cast<const wchar_t *>(end.text.utf16()),
                     reinterpret_cast<const wchar_t *>(title.utf16()),
                     isMistake ? MB_ICONWARNING : MB_ICONINFORMATION);
-        return;
+        return end.status;
     }
 #endif
     (isMistake ? std::cerr : std::cout) << end.text.toStdString() << std::flush;
+    const int error = errno;
+    if (std::cout || error == EPIPE) // whoever reads may have had enough
+        return end.status;
+    std::cerr << "pelora-utility: standard output cannot be written: " << std::strerror(error)
+              << std::endl;
+    return mistakeStatus;
 }

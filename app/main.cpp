@@ -9,26 +9,18 @@
 #include <QApplication>
 #include <memory>
 
-namespace {
-int endEarly(const EarlyEnd &end)
-{
-    show(end);
-    return end.status;
-}
-} // namespace
-
 int main(int argc, char *argv[])
 {
     const auto asked = readCommandLine(argc, argv);
     if (const auto *early = std::get_if<EarlyEnd>(&asked))
-        return endEarly(*early);
+        return show(*early);
     const QString recordFile = std::get<CommandLine>(asked).recordFile;
     std::unique_ptr<LinkRecorder> recorder;
     if (!recordFile.isEmpty()) {
         recorder = std::make_unique<LinkRecorder>(recordFile);
         if (!recorder->problem().isEmpty())
-            return endEarly(mistake(QStringLiteral("cannot write the record %1: %2")
-                                        .arg(recordFile, recorder->problem())));
+            return show(mistake(QStringLiteral("cannot write the record %1: %2")
+                                    .arg(recordFile, recorder->problem())));
     }
 
     switchWindowGhostingOff();

@@ -7,7 +7,6 @@
 #include <QCoreApplication>
 #include <algorithm>
 #include <csignal>
-#include <iostream>
 #ifdef Q_OS_WIN
 #include <windows.h>
 #endif
@@ -16,6 +15,15 @@ namespace {
 int statusOf(ExitStatus status)
 {
     return static_cast<int>(status);
+}
+
+/// The status to end with where `status` would be, but for what has become of `output`.
+int statusBehind(const Output &output, Printer &printer, int status)
+{
+    if (output.problem().isEmpty())
+        return status;
+    printer.complain(QStringLiteral("standard output cannot be written: ") + output.problem());
+    return std::max(status, statusOf(ExitStatus::Usage));
 }
 
 int run(const Options &options)
@@ -36,10 +44,17 @@ int run(const Options &options)
     // From within the event loop, which the program's end ends.
     QMetaObject::invokeMethod(&program, &Program::start, Qt::QueuedConnection);
     status = QCoreApplication::exec();
-    if (output.problem().isEmpty())
-        return status;
-    printer.complain(QStringLiteral("standard output cannot be written: ") + output.problem());
-    return std::max(status, statusOf(ExitStatus::Usage));
+    return statusBehind(output, printer, status);
+}
+
+/// Says `text` on standard output, or on standard error for a mistake.
+int say(const std::string &text, int status = 0)
+{
+    Output output(stdout);
+    Output errors(stderr);
+    Printer printer(Printer::Form::People, output, errors);
+    (status == 0 ? output : errors).write(text);
+    return statusBehind(output, printer, status);
 }
 } // namespace
 
@@ -57,14 +72,10 @@ int main(int argc, char *argv[])
     std::signal(SIGPIPE, SIG_IGN);
 #endif
     const auto asked = readArguments(QCoreApplication::arguments());
-    if (const auto *early = std::get_if<EarlyEnd>(&asked)) {
-        (early->status == 0 ? std::cout : std::cerr) << early->text << std::flush;
-        return early->status;
-    }
+    if (const auto *early = std::get_if<EarlyEnd>(&asked))
+        return say(early->text, early->status);
     const auto &options = std::get<Options>(asked);
-    if (options.command == Options::Command::Completion) {
-        std::cout << completionFor(options.shell) << std::flush;
-        return 0;
-    }
+    if (options.command == Options::Command::Completion)
+        return say(completionFor(options.shell));
     return run(options);
 }

@@ -7,6 +7,8 @@
 #include "simulator/stdin_lines.h"
 
 #include <QCoreApplication>
+#include <cerrno>
+#include <cstring>
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -41,6 +43,18 @@ std::unique_ptr<StdinLines> watchStdin(const Options &options, Console &console)
     if (interactive)
         reportLine("Type help for the commands.");
     return lines;
+}
+
+/// Says why the program ends before it begins; the status to end with.
+int say(const EarlyEnd &end)
+{
+    (end.status == 0 ? std::cout : std::cerr) << end.text.toStdString() << std::flush;
+    const int error = errno;
+    if (std::cout || error == EPIPE) // whoever reads may have had enough
+        return end.status;
+    reportLine(std::string("pelora-simulator: standard output cannot be written: ") +
+               std::strerror(error));
+    return mistakeStatus;
 }
 
 int replay(const Options &options)
@@ -84,10 +98,8 @@ int main(int argc, char **argv)
     QCoreApplication::setApplicationVersion(QStringLiteral(PELORA_VERSION));
 
     const auto asked = readOptions(QCoreApplication::arguments());
-    if (const auto *early = std::get_if<EarlyEnd>(&asked)) {
-        (early->status == 0 ? std::cout : std::cerr) << early->text.toStdString() << std::flush;
-        return early->status;
-    }
+    if (const auto *early = std::get_if<EarlyEnd>(&asked))
+        return say(*early);
     try {
         return run(std::get<Options>(asked));
     } catch (const BadRecording &error) {

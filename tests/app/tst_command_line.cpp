@@ -18,9 +18,12 @@ struct Run
 };
 
 /// Runs the utility to its end where no display can be had: an application that needs one aborts.
-Run run(const QStringList &arguments)
+/// What it says goes into the file `output` where one is named.
+Run run(const QStringList &arguments, const QString &output = {})
 {
     QProcess program;
+    if (!output.isEmpty())
+        program.setStandardOutputFile(output);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("nowhere"));
     program.setProcessEnvironment(environment);
@@ -63,6 +66,19 @@ private Q_SLOTS:
             QCOMPARE(version.status, 0);
             QCOMPARE(version.errors, QByteArray());
             QCOMPARE(version.output, QByteArray("pelora-utility " UTILITY_VERSION "\n"));
+        }
+    }
+
+    void helpThatCannotBeWrittenIsToldOf()
+    {
+        if (!QFile::exists(QStringLiteral("/dev/full")))
+            QSKIP("this system has no /dev/full");
+        for (const char *option : {"--help", "--version"}) {
+            const Run full = run({QString::fromLatin1(option)}, QStringLiteral("/dev/full"));
+            QCOMPARE(full.status, 2);
+            QCOMPARE(full.errors,
+                     QByteArray("pelora-utility: standard output cannot be written: No space left "
+                                "on device\n"));
         }
     }
 

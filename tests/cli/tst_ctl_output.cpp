@@ -41,6 +41,38 @@ private Q_SLOTS:
             QByteArray("peloractl: standard output cannot be written: No space left on device\n"));
     }
 
+    void textThatCannotBeWrittenIsToldOf_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        for (const char *arguments : {"--help", "--version", "get --help", "completion bash"})
+            QTest::newRow(arguments) << QString::fromLatin1(arguments).split(u' ');
+    }
+
+    void textThatCannotBeWrittenIsToldOf()
+    {
+        QFETCH(QStringList, arguments);
+        CtlProcess full;
+        full.process.setStandardOutputFile(QStringLiteral("/dev/full"));
+        full.start(arguments);
+        CtlRun run = full.wait();
+        QCOMPARE(run.status, 2);
+        QCOMPARE(
+            run.errors,
+            QByteArray("peloractl: standard output cannot be written: No space left on device\n"));
+        CtlProcess closed; // whoever read has had enough
+        closed.process.setChildProcessModifier([] {
+            int ends[2] = {-1, -1};
+            if (::pipe(ends) != 0 || ::dup2(ends[1], STDOUT_FILENO) < 0)
+                ::_exit(99);
+            ::close(ends[0]);
+            ::close(ends[1]);
+        });
+        closed.start(arguments);
+        run = closed.wait();
+        QCOMPARE(run.status, 0);
+        QCOMPARE(run.errors, QByteArray());
+    }
+
     void outputThatIsClosedEarlyHarmsNothing()
     {
         const Desk desk;

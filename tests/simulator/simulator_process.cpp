@@ -84,9 +84,11 @@ int SimulatorProcess::waitForEnd()
     return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
 }
 
-FinishedRun runSimulator(const QStringList &arguments)
+FinishedRun runSimulator(const QStringList &arguments, const QString &output)
 {
     QProcess process;
+    if (!output.isEmpty())
+        process.setStandardOutputFile(output);
     process.start(programPath(), arguments);
     process.closeWriteChannel();
     if (!process.waitForFinished(longestWait)) {

@@ -37,11 +37,12 @@ private:
     QByteArray reports_;
 };
 
-/// Runs the simulator to its end; returns its exit status and what it wrote.
+/// Runs the simulator to its end; returns its exit status and what it wrote. Its standard output
+/// goes into the file `output` where one is named.
 struct FinishedRun
 {
     int status;
     QByteArray output;
     QByteArray reports;
 };
-FinishedRun runSimulator(const QStringList &arguments);
+FinishedRun runSimulator(const QStringList &arguments, const QString &output = {});

@@ -164,6 +164,18 @@ private Q_SLOTS:
             QStringLiteral("pelora-simulator: %1\nTry pelora-simulator --help.\n").arg(mistake));
     }
 
+    void helpThatCannotBeWrittenIsToldOf()
+    {
+        for (const char *option : {"--help", "--version"}) {
+            const FinishedRun full =
+                runSimulator({QString::fromLatin1(option)}, QStringLiteral("/dev/full"));
+            QCOMPARE(full.status, 2);
+            QCOMPARE(full.reports,
+                     QByteArray("pelora-simulator: standard output cannot be written: No space "
+                                "left on device\n"));
+        }
+    }
+
     void theProgramEndsWithThatStatus()
     {
         const FinishedRun mistake =
