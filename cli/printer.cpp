@@ -2,6 +2,7 @@
 
 #include <QJsonDocument>
 #include <algorithm>
+#include <utility>
 
 namespace {
 constexpr int gap = 2; ///< blanks between columns
@@ -113,17 +114,18 @@ void Printer::showProgress(int done, int failed, int all)
 {
     if (!errors_.isTerminal())
         return;
-    hasProgress_ = true;
-    errors_.write(
-        QStringLiteral("\r%1 done, %2 failed, of %3").arg(done).arg(failed).arg(all).toStdString());
+    const QString text = QStringLiteral("%1 done, %2 failed, of %3").arg(done).arg(failed).arg(all);
+    progressWidth_ = std::max(progressWidth_, text.size());
+    errors_.write("\r" + text.toStdString());
 }
 
 void Printer::endProgress()
 {
-    if (!hasProgress_)
+    if (progressWidth_ == 0)
         return;
-    hasProgress_ = false;
-    errors_.write("\r\x1b[K"); // to the line's start, and empty
+    // With blanks: an older console shows the sequence that empties a line.
+    const QString blanks(std::exchange(progressWidth_, 0), QLatin1Char(' '));
+    errors_.write("\r" + blanks.toStdString() + "\r");
 }
 
 void Printer::printBlock(const QList<ReportLine> &lines)

@@ -52,5 +52,5 @@ private:
     Output &output_;
     Output &errors_;
     bool isNamed_ = false;
-    bool hasProgress_ = false;
+    qsizetype progressWidth_ = 0; ///< of what stands on the terminal; 0: nothing
 };
