@@ -62,7 +62,7 @@ std::optional<int> speedOf(std::string_view word)
 bool isReportedName(const QString &name)
 {
     return !name.isEmpty() && std::none_of(name.cbegin(), name.cend(), [](QChar character) {
-        return character == QLatin1Char(' ') || character.category() == QChar::Other_Control;
+        return character == QLatin1Char(' ') || isNoCharacterOfAName(character);
     });
 }
 

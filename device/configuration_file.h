@@ -33,7 +33,7 @@ struct SettingsReading
 /// first line of a key counts, other lines are skipped; CR LF and a byte order mark do no harm.
 /// A custom setting's line may end in a blank; one with other blanks than those that fill columns
 /// up is taken, and has the command of what it says in `commands`. Its name is any that a switch
-/// can report: UTF-8 without blanks and control characters.
+/// can report: UTF-8 without blanks, control characters and byte order marks.
 ///
 /// Grid settings that name channel 3 twice and not channel 4 come from a window with inactive
 /// ports. The layout is that of the four coordinates then, and `commands` has its whole command.

@@ -8,16 +8,9 @@ constexpr int fieldWidth = 3;
 constexpr int yOffset = 4;
 constexpr auto nameOffset = static_cast<qsizetype>(reportedNameOffset);
 
-/// Control characters would end a command early. A byte order mark is nothing to see, and is lost
-/// wherever a text begins with it.
-bool isNoCharacter(QChar character)
-{
-    return character.category() == QChar::Other_Control || character == QChar::ByteOrderMark;
-}
-
 QString withoutControls(QString text)
 {
-    text.removeIf(isNoCharacter);
+    text.removeIf(isNoCharacterOfAName);
     return text;
 }
 
@@ -174,6 +167,11 @@ QString customSettingProblem(const MovementSetting &values, int setting, const Q
     return {};
 }
 
+bool isNoCharacterOfAName(QChar character)
+{
+    return character.category() == QChar::Other_Control || character == QChar::ByteOrderMark;
+}
+
 bool isCustomName(const QString &name)
 {
     return !name.isEmpty() && std::all_of(name.cbegin(), name.cend(), [](QChar character) {
@@ -186,8 +184,9 @@ std::string customEntryName(std::string_view value, std::size_t skip)
 {
     value.remove_prefix(std::min(skip, value.size()));
     QString name = QString::fromUtf8(value.data(), static_cast<qsizetype>(value.size()));
-    name.removeIf(
-        [](QChar character) { return character == QLatin1Char(' ') || isNoCharacter(character); });
+    name.removeIf([](QChar character) {
+        return character == QLatin1Char(' ') || isNoCharacterOfAName(character);
+    });
     return name.toStdString();
 }
 

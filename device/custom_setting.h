@@ -70,6 +70,10 @@ std::string storedCommand(int setting, const MovementSetting &values);
 QString customSettingProblem(const MovementSetting &values, int setting,
                              const QStringList &choices);
 
+/// Whether `character` is left out of every name, read or sent. Control characters would end a
+/// command early. A byte order mark is nothing to see, and is lost wherever a text begins with it.
+bool isNoCharacterOfAName(QChar character);
+
 /// Whether `name` can be the name of a custom setting that is read again as it was written: not
 /// empty, printable, without a blank.
 bool isCustomName(const QString &name);

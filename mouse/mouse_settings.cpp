@@ -21,7 +21,7 @@ void logNameChanges(int setting, QString name, const std::string &command)
     const std::string subject = "The name of custom setting " + std::to_string(setting);
     if (name.trimmed().contains(QLatin1Char(' ')))
         writeLog(subject + " has blanks; the resolution lists leave them out");
-    name.removeIf([](QChar character) { return character.category() == QChar::Other_Control; });
+    name.removeIf(isNoCharacterOfAName);
     if (command.find(name.toStdString()) == std::string::npos)
         writeLog(subject + " is too long for its command and was shortened");
 }

@@ -238,6 +238,12 @@ private Q_SLOTS:
             "9|Custom mouse movement setting 1: |//MM C1 100 250 MY OFFICE", customSetting(1));
         row("//MM C1 100 250 OFFICE", "//MM C1 100 250 A\tB",
             "9|Custom mouse movement setting 1: |//MM C1 100 250 A\tB", customSetting(1));
+        row("//MM C1 100 250 OFFICE",
+            "//MM C1 100 250 A\xEF\xBB\xBF"
+            "B",
+            "9|Custom mouse movement setting 1: |//MM C1 100 250 A\xEF\xBB\xBF"
+            "B",
+            customSetting(1));
         row("//MM C1 100 250 OFFICE", "//MM C1 100 250 A\xC2\x85",
             "9|Custom mouse movement setting 1: |//MM C1 100 250 A\xC2\x85", customSetting(1));
         row("//MM C1 100 250 OFFICE", "//MM C1 100 250 A\x7F",
