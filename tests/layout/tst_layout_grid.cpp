@@ -1,6 +1,7 @@
 #include "grid_bench.h"
 
 #include <QLineEdit>
+#include <QRegularExpression>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -32,6 +33,13 @@ private Q_SLOTS:
         QCOMPARE(item->font().pointSize(), 18);
         QCOMPARE(int(item->font().weight()), 700);
         QCOMPARE(item->type(), 0);
+    }
+
+    void aPaintedDisplayLeavesThePainterAsItWas()
+    {
+        GridBench bench;
+        QTest::failOnWarning(QRegularExpression(QStringLiteral("QPainter")));
+        QVERIFY(!bench.table.grab().isNull());
     }
 
     void activePorts_data()

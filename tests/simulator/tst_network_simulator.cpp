@@ -177,7 +177,7 @@ private Q_SLOTS:
     {
         SimulatorProcess simulator;
         simulator.start(arguments({QStringLiteral("--restart-time"), QStringLiteral("300"),
-                                   QStringLiteral("--verbose")}));
+                                   QStringLiteral("--verbose"), QStringLiteral("--console")}));
         Asker asker;
         asker.ask(bytes(setup), managementPort_);
         asker.ask(bytes(commit), managementPort_);
@@ -197,6 +197,10 @@ private Q_SLOTS:
         Link link("127.0.0.9", switchPort_);
         link.say("//c2\r");
         QTRY_COMPARE(link.got(), QList<QByteArray>{"**C2\n"});
+
+        simulator.type("reset"); // as it left the factory
+        simulator.type("state");
+        QVERIFY(simulator.linesUpTo("Module name").endsWith("Module name: PELORA-SIM\n"));
     }
 
     void anAddressThatTheMachineLacksIsReported()
