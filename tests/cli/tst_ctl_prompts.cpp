@@ -180,8 +180,9 @@ private Q_SLOTS:
     {
         Terminal terminal;
         CtlProcess process;
-        startAt(terminal, process, QStringLiteral("-D - get"));
         terminal.write("udp:127.0.0.1:9\n");
+        QTRY_VERIFY(terminal.unread() > 0); // so that none is left only once it reads
+        startAt(terminal, process, QStringLiteral("-D - get"));
         QTRY_COMPARE_WITH_TIMEOUT(terminal.unread(), 0, 20000);
         ::kill(static_cast<pid_t>(process.process.processId()), SIGINT);
         const CtlRun run = process.wait();

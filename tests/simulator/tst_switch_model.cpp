@@ -60,17 +60,12 @@ private Q_SLOTS:
     void theThreeAnswersOfAFreshSwitch()
     {
         SwitchModel model;
+        QCOMPARE(model.receive("//rl\r").size(), std::size_t{1}); // in one piece
         QCOMPARE(answerTo(model, "//rl\r"), factoryConfiguration);
         QCOMPARE(answerTo(model, "//??\r"), factoryStatus);
         QCOMPARE(answerTo(model, "//BP\r"), factoryLayout);
         QCOMPARE(answerTo(model, "//rl\r//??\r//BP\r"),
                  factoryConfiguration + factoryStatus + factoryLayout);
-    }
-
-    void aHealthySwitchAnswersInOnePiece()
-    {
-        SwitchModel model;
-        QCOMPARE(model.receive("//??\r").size(), std::size_t{1});
     }
 
     void everyCommandIsObeyedAndAnswered_data()
