@@ -53,7 +53,13 @@ private:
     bool readBack();
     bool connectAnew();
     bool runWizard();
-    bool hearText();
+
+    /// Until the terminal is full, every answer is more memory.
+    bool fillTerminal();
+    /// Has the switch say much at once and press a button behind it. Returns the characters that
+    /// came (CR LF is one) or 0 when the answer to the button did not.
+    qint64 hearText();
+
     bool agrees();
 
     const Road road_;
