@@ -10,19 +10,23 @@
 namespace {
 using Outcome = ModuleLoginResult::Outcome;
 
-const QString dhcpCode = QStringLiteral("00"); // NOLINT(cert-err58-cpp): a literal, cannot throw
+/// How users call the ways in which a module comes by its address.
+QString allocationName(const QString &code)
+{
+    return code == usr_frame::dhcpAllocation ? QStringLiteral("dhcp") : QStringLiteral("static");
+}
 
 /// What a module says of itself, in the order in which it is shown.
 QList<ReportLine> describe(const usr_frame::DiscoveryReply &found,
                            const usr_frame::ConfigurationReply &stored)
 {
-    const QString allocation =
-        stored.ipAllocation == dhcpCode ? QStringLiteral("dhcp") : QStringLiteral("static");
-    return {
-        {QStringLiteral("mac"), found.mac.toUpper()}, {QStringLiteral("name"), found.name},
-        {QStringLiteral("address"), found.ip},        {QStringLiteral("allocation"), allocation},
-        {QStringLiteral("ip"), stored.staticIp},      {QStringLiteral("mask"), stored.subnetMask},
-        {QStringLiteral("gateway"), stored.gateway}};
+    return {{QStringLiteral("mac"), found.mac.toUpper()},
+            {QStringLiteral("name"), found.name},
+            {QStringLiteral("address"), found.ip},
+            {QStringLiteral("allocation"), allocationName(stored.ipAllocation)},
+            {QStringLiteral("ip"), stored.staticIp},
+            {QStringLiteral("mask"), stored.subnetMask},
+            {QStringLiteral("gateway"), stored.gateway}};
 }
 
 DeviceReport reportOn(const QList<ReportLine> &said)
@@ -206,8 +210,7 @@ private:
     QStringList outstanding(const QList<ReportLine> &said) const
     {
         const QHash<QString, QString> wanted = {
-            {QStringLiteral("allocation"),
-             wanted_.ipAllocation == dhcpCode ? QStringLiteral("dhcp") : QStringLiteral("static")},
+            {QStringLiteral("allocation"), allocationName(wanted_.ipAllocation)},
             {QStringLiteral("ip"), wanted_.ip},
             {QStringLiteral("mask"), wanted_.subnetMask},
             {QStringLiteral("gateway"), wanted_.gateway},

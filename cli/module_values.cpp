@@ -105,7 +105,8 @@ ModuleSettings settingsFor(const ModuleValues &values, const usr_frame::Configur
     ModuleSettings settings;
     settings.ipAllocation = now.ipAllocation;
     if (values.dhcp)
-        settings.ipAllocation = *values.dhcp ? QStringLiteral("00") : QStringLiteral("80");
+        settings.ipAllocation =
+            *values.dhcp ? usr_frame::dhcpAllocation : usr_frame::staticAllocation;
     settings.ip = values.ip.value_or(now.staticIp);
     settings.subnetMask = values.mask.value_or(now.subnetMask);
     settings.gateway = values.gateway.value_or(now.gateway);

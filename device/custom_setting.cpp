@@ -108,7 +108,7 @@ std::optional<int> itemNamedBy(std::string_view token, const QStringList &entrie
         if (const std::optional<int> item = itemOfNumber(token))
             return item;
     }
-    const QString name = QString::fromUtf8(token.data(), static_cast<qsizetype>(token.size()));
+    const QString name = QString::fromUtf8(token);
     const auto isNamed = [&name](const QString &entry) {
         return entry.compare(name, Qt::CaseInsensitive) == 0;
     };
@@ -183,7 +183,7 @@ bool isCustomName(const QString &name)
 std::string customEntryName(std::string_view value, std::size_t skip)
 {
     value.remove_prefix(std::min(skip, value.size()));
-    QString name = QString::fromUtf8(value.data(), static_cast<qsizetype>(value.size()));
+    QString name = QString::fromUtf8(value);
     name.removeIf([](QChar character) {
         return character == QLatin1Char(' ') || isNoCharacterOfAName(character);
     });

@@ -88,7 +88,7 @@ std::optional<SettingsLine> findSettingsLine(std::string_view text, std::string_
 
 bool isSettingsValue(std::string_view value)
 {
-    const QString text = QString::fromUtf8(value.data(), static_cast<qsizetype>(value.size()));
+    const QString text = QString::fromUtf8(value);
     return std::none_of(text.cbegin(), text.cend(), isForbidden);
 }
 

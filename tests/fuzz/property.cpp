@@ -28,7 +28,7 @@ bool hasControlCharacter(const QString &text)
 
 bool hasControlCharacter(std::string_view text)
 {
-    return hasControlCharacter(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+    return hasControlCharacter(QString::fromUtf8(text));
 }
 
 std::string_view textOf(const std::uint8_t *data, std::size_t size)
