@@ -29,6 +29,21 @@ QString groupName(SettingKey key)
         return isResolution(key) ? QStringLiteral("resolution") : QStringLiteral("custom");
     }
 }
+
+/// The names of allSettingKeys(), in their order.
+const std::vector<QString> &allNames()
+{
+    static const std::vector<QString> names = [] {
+        std::vector<QString> all;
+        for (const SettingKey key : allSettingKeys()) {
+            const int number = settingNumber(key);
+            all.push_back(number == 0 ? groupName(key)
+                                      : QStringLiteral("%1.%2").arg(groupName(key)).arg(number));
+        }
+        return all;
+    }();
+    return names;
+}
 } // namespace
 
 SettingKey resolutionSetting(int channel)
@@ -71,16 +86,14 @@ const std::vector<SettingKey> &allSettingKeys()
 
 QString settingName(SettingKey key)
 {
-    const int number = settingNumber(key);
-    return number == 0 ? groupName(key) : QStringLiteral("%1.%2").arg(groupName(key)).arg(number);
+    return allNames().at(static_cast<std::size_t>(key));
 }
 
 std::optional<SettingKey> settingOfName(const QString &name)
 {
-    const std::vector<SettingKey> &keys = allSettingKeys();
-    const auto found = std::find_if(keys.begin(), keys.end(),
-                                    [&](SettingKey key) { return settingName(key) == name; });
-    if (found == keys.end())
+    const std::vector<QString> &names = allNames();
+    const auto found = std::find(names.begin(), names.end(), name);
+    if (found == names.end())
         return std::nullopt;
-    return *found;
+    return allSettingKeys().at(static_cast<std::size_t>(found - names.begin()));
 }
