@@ -138,7 +138,8 @@ std::vector<Device> devicesFrom(const QByteArray &list, const QString &source)
     for (const QString &whole : lines) {
         ++number;
         const auto note = [&](const QString &what) {
-            mistakes.append(QStringLiteral("%1, line %2: %3").arg(source).arg(number).arg(what));
+            mistakes.append(
+                QStringLiteral("%1, line %2: %3").arg(source, QString::number(number), what));
         };
         const QString line = withoutComment(whole);
         if (line.isEmpty())
@@ -152,8 +153,7 @@ std::vector<Device> devicesFrom(const QByteArray &list, const QString &source)
         const QString &name = devices.back().name;
         if (lineOfName.contains(name))
             note(QStringLiteral("the name \"%1\" stands in line %2 already")
-                     .arg(name)
-                     .arg(lineOfName.value(name)));
+                     .arg(name, QString::number(lineOfName.value(name))));
         else
             lineOfName.insert(name, number);
     }

@@ -67,9 +67,8 @@ SettingsReading settingsOf(const QString &file)
     QStringList mistakes;
     for (const SettingsLineError &error : reading.errors)
         mistakes.append(QStringLiteral("%1, line %2: \"%3\" is no value of \"%4\"")
-                            .arg(file)
-                            .arg(error.line)
-                            .arg(QString::fromStdString(error.value),
+                            .arg(file, QString::number(error.line),
+                                 QString::fromStdString(error.value),
                                  QString::fromStdString(error.key).trimmed()));
     if (!mistakes.isEmpty())
         throw UsageError(mistakes);

@@ -65,14 +65,17 @@ std::size_t place(SettingKey key)
     return static_cast<std::size_t>(settingNumber(key) - 1);
 }
 
-QString keyList()
+const QString &keyList()
 {
-    QStringList names;
-    for (const SettingKey key : allSettingKeys()) {
-        if (key != SettingKey::Hotkey)
-            names.append(settingName(key));
-    }
-    return names.join(QStringLiteral(", "));
+    static const QString list = [] {
+        QStringList names;
+        for (const SettingKey key : allSettingKeys()) {
+            if (key != SettingKey::Hotkey)
+                names.append(settingName(key));
+        }
+        return names.join(QStringLiteral(", "));
+    }();
+    return list;
 }
 
 SettingKey keyFrom(QString name)
@@ -112,9 +115,8 @@ int resolutionNamed(SettingKey key, const QString &name, const SwitchConfigurati
     }
     if (numbers.size() > 1)
         refuse(QStringLiteral("%1: \"%2\" is the name of %3 and of %4; give the number")
-                   .arg(settingName(key), name)
-                   .arg(numbers.at(0))
-                   .arg(numbers.at(1)));
+                   .arg(settingName(key), name, QString::number(numbers.at(0)),
+                        QString::number(numbers.at(1))));
     return numbers.front();
 }
 } // namespace

@@ -204,6 +204,19 @@ private Q_SLOTS:
         QVERIFY(desk.commands().isEmpty());
     }
 
+    void aFileWithAPercentSignIsNamedAsItIs()
+    {
+        const Desk desk;
+        const QTemporaryDir folder;
+        const QString file = folder.filePath(QStringLiteral("floor%2%3%4.txt"));
+        write(file, with(factorySettings, "//c1", "//F%4"));
+        const CtlRun run = ctl(desk.option() + QStringLiteral("diff"), {file});
+        QCOMPARE(run.status, 2);
+        QVERIFY2(run.errors.contains("floor%2%3%4.txt, line 1: \"//F%4\" is no value of \"KM "
+                                     "Control:\""),
+                 run.errors.constData());
+    }
+
     void aFileThatIsNotThereStopsIt()
     {
         const Desk desk;

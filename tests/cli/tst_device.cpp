@@ -135,6 +135,19 @@ private Q_SLOTS:
             mistakes.at(3).startsWith(QStringLiteral("desks.txt, line 5: \"5 udp:192.0.2.9\"")));
     }
 
+    void namesWithPercentSignsAreNamedAsTheyAre()
+    {
+        try {
+            devicesFrom("%2%3 udp:192.0.2.7\n%2%3 udp:192.0.2.8\n",
+                        QStringLiteral("floor%2%3.txt"));
+            QFAIL("it was taken");
+        } catch (const UsageError &error) {
+            QCOMPARE(error.lines().constFirst(),
+                     QStringLiteral("floor%2%3.txt, line 2: the name \"%2%3\" stands in line 1 "
+                                    "already"));
+        }
+    }
+
     void aPortThatStandsTwiceIsAnError()
     {
         QVERIFY(twiceAmong({QStringLiteral("udp:192.0.2.7"), QStringLiteral("udp:192.0.2.7:23")})

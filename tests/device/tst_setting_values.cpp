@@ -174,6 +174,15 @@ private Q_SLOTS:
                  qPrintable(said));
     }
 
+    void aNameWithAPercentSignIsNamedAsItIs()
+    {
+        const QString said =
+            mistakeAt(withCustoms({QStringLiteral("%3%4"), {}, QStringLiteral("%3%4"), {}}),
+                      {QStringLiteral("resolution.2=%3%4")});
+        QVERIFY2(said.contains(QStringLiteral("\"%3%4\" is the name of 10 and of 12;")),
+                 qPrintable(said));
+    }
+
     void anUnknownNameIsNamedWithThoseThatThereAre()
     {
         const QString said = mistakeAt(withCustoms({QStringLiteral("LAB"), {}, {}, {}}),
