@@ -65,6 +65,10 @@ void Walk::settle()
              (picture["Module username"].isEmpty() || picture["Module password"].isEmpty()));
     desk_.heal(isLockedOut);
     waitForQuiet();
+    // What was asked in trouble and has no answer may end the program yet.
+    if (user_.isOnNetwork() && !user_.isGreen())
+        waitUntil([this] { return user_.isGreen(); },
+                  User::quickSettings().panel.handshakeWatchdog + 50ms);
     desk_.forgetTrouble();
 }
 
