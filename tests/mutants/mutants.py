@@ -8,6 +8,7 @@ import json
 import os
 import pathlib
 import random
+import resource
 import shutil
 import signal
 import subprocess
@@ -38,6 +39,7 @@ PROGRAMS = ["peloractl", "pelora-simulator"]
 LONGEST_BUILD = 600  # seconds
 LONGEST_TEST = 120  # seconds; a change that makes a test hang is noticed
 LONGEST_TESTS = 400  # seconds, of a folder
+LARGEST = 4 << 30  # bytes of a process; a change that makes a test collect without end is noticed
 LEAST = 90.0  # per cent that are to be noticed
 UNCHANGED = 20  # so many changes, and then the tests of one of them without it
 
@@ -229,6 +231,7 @@ def main():
     asked = parser.parse_args()
 
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(130))
+    resource.setrlimit(resource.RLIMIT_AS, (LARGEST, LARGEST))  # of all that is started below, too
     unknown = product_folders(asked.project) - ROOMS.keys()
     if unknown:
         sys.exit(f"mutants: who tests {', '.join(sorted(unknown))}?")
