@@ -14,7 +14,8 @@
 #endif
 
 namespace {
-/// The terminal does not show what is typed while this lives.
+/// The terminal does not show what is typed while this lives. Ctrl+\ and Ctrl+Z would end or
+/// suspend the program before it shows it again, and are no keys meanwhile.
 class NoEcho
 {
 public:
@@ -39,6 +40,8 @@ private:
         tcgetattr(STDIN_FILENO, &before_);
         termios silent = before_;
         silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+        silent.c_cc[VQUIT] = _POSIX_VDISABLE;
+        silent.c_cc[VSUSP] = _POSIX_VDISABLE;
         tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
     }
     ~NoEcho()

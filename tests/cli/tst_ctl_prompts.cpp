@@ -39,10 +39,17 @@ public:
     }
 
     /// Whether it shows what is typed.
-    bool shows() const
+    bool shows() const { return (settings().c_lflag & ECHO) != 0; }
+
+    /// Whether a key ends (VQUIT) or suspends (VSUSP) what runs at it.
+    bool hasKey(int what) const { return settings().c_cc[what] != _POSIX_VDISABLE; }
+
+private:
+    termios settings() const
     {
-        termios settings = {};
-        return tcgetattr(masterDescriptor(), &settings) == 0 && (settings.c_lflag & ECHO) != 0;
+        termios now = {};
+        tcgetattr(masterDescriptor(), &now);
+        return now;
     }
 };
 
@@ -158,6 +165,20 @@ private Q_SLOTS:
         QCOMPARE(run.errors, QByteArray("Password of the module: \n"
                                         "peloractl: interrupted; nothing was sent\n"));
         QVERIFY(terminal.shows());
+    }
+
+    void noKeyLeavesATerminalThatShowsNothing()
+    {
+        Terminal terminal;
+        QVERIFY(terminal.hasKey(VQUIT) && terminal.hasKey(VSUSP));
+        CtlProcess process;
+        startAt(terminal, process, moduleShow);
+        QVERIFY(process.hasComplained("Password of the module: "));
+        QVERIFY(!terminal.hasKey(VQUIT) && !terminal.hasKey(VSUSP));
+        QVERIFY(terminal.hasKey(VINTR));
+        terminal.write("\x04");
+        QCOMPARE(process.wait().status, 2);
+        QVERIFY(terminal.hasKey(VQUIT) && terminal.hasKey(VSUSP));
     }
 
     void anInterruptedQuestionSendsNothing()
