@@ -56,8 +56,10 @@ int main(int argc, char *argv[])
     }
     if (scenario == QStringLiteral("no-module"))
         s.module.answerSearches([](int) { return FakeModule::Answers(); });
-    if (scenario == QStringLiteral("no-answer"))
+    if (scenario == QStringLiteral("no-answer")) {
         s.answers.clear();
+        settings.panel.handshakeWatchdog = std::chrono::milliseconds(300);
+    }
     s.WindowBench::start(settings);
     if (scenario == QStringLiteral("no-answer")) {
         s.window->on_pushButton_ON_Connection_clicked();

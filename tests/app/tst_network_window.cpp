@@ -137,7 +137,9 @@ private Q_SLOTS:
     void offLeavesNoSocketAndOnConnectsAgain()
     {
         NetworkWindow n;
-        n.start();
+        WindowSettings settings = n.settings();
+        settings.panel.handshakeWatchdog = std::chrono::seconds(1);
+        n.WindowBench::start(settings);
         QTRY_VERIFY(n.isGreen());
         n.find<QPushButton>("pushButton_OFF_Connection")->click();
         QVERIFY(!n.isGreen());
@@ -150,7 +152,7 @@ private Q_SLOTS:
         QTRY_COMPARE(n.commands, readCommands);
         QTRY_VERIFY(n.isGreen());
         QVERIFY(!n.terminal().contains(QStringLiteral("of before")));
-        QTest::qWait(400); // past the watchdog, which finds the switch connected
+        QTest::qWait(1100); // past the watchdog, which finds the switch connected
         QVERIFY(n.user.seen().isEmpty());
     }
 
