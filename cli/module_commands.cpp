@@ -151,9 +151,12 @@ private:
             finish(report);
             return;
         }
-        if (!login().setUp(wanted_)) {
-            finish(failureReport(ExitStatus::NoDevice,
-                                 QStringLiteral("the settings could not be sent to the module")));
+        const QString problem = login().setUp(wanted_);
+        if (!problem.isEmpty()) {
+            finish(failureReport(
+                ExitStatus::NoDevice,
+                QStringLiteral("the settings cannot be sent to the module (%1); check the network")
+                    .arg(problem)));
             return;
         }
         isWritten_ = true;

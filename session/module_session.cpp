@@ -48,20 +48,22 @@ void ModuleSession::logIn()
     attempt();
 }
 
-bool ModuleSession::setUp(const ModuleSettings &settings)
+QString ModuleSession::setUp(const ModuleSettings &settings)
 {
-    if (!canBeWritten(settings) || !bindSocket())
-        return false;
+    if (!canBeWritten(settings))
+        return QStringLiteral("they do not fit into a module");
     const QString &mac = module_.reply.mac;
     const QString nameField =
         usr_frame::textField(settings.name.value_or(QString()), usr_frame::nameSize);
     const QString keptField = module_.reply.nameHex.leftJustified(nameField.size(), u'0');
-    return send(usr_frame::setupRequest({mac, credentials_.username, credentials_.password,
-                                         settings.ipAllocation, settings.ip, settings.gateway,
-                                         settings.subnetMask, settings.name ? nameField : keptField,
-                                         settings.newCredentials.username,
-                                         settings.newCredentials.password})) &&
-           send(usr_frame::commitRequest(mac, credentials_.username, credentials_.password));
+    const bool hasLeft =
+        bindSocket() &&
+        send(usr_frame::setupRequest(
+            {mac, credentials_.username, credentials_.password, settings.ipAllocation, settings.ip,
+             settings.gateway, settings.subnetMask, settings.name ? nameField : keptField,
+             settings.newCredentials.username, settings.newCredentials.password})) &&
+        send(usr_frame::commitRequest(mac, credentials_.username, credentials_.password));
+    return hasLeft ? QString() : problem_;
 }
 
 void ModuleSession::attempt()

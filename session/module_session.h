@@ -56,9 +56,10 @@ public:
     void logIn();
 
     /// Sends the setup and the commit that makes the module take it. Nothing is awaited: a search
-    /// tells when the module is back and where. Returns whether both have left this machine;
-    /// nothing is sent where a text is longer than its field or an address is none.
-    bool setUp(const ModuleSettings &settings);
+    /// tells when the module is back and where. Returns why they have not both left this machine,
+    /// or an empty text; nothing is sent where a text is longer than its field or an address is
+    /// none.
+    QString setUp(const ModuleSettings &settings);
 
 Q_SIGNALS:
     void loggedIn(const ModuleLoginResult &result);

@@ -225,12 +225,13 @@ private Q_SLOTS:
         session.logIn();
         QVERIFY(answers.wait());
         QCOMPARE(module.requests(), QByteArrayList{loginRequest});
-        QVERIFY(session.setUp({QStringLiteral("80"),
-                               QStringLiteral("192.168.1.7"),
-                               QStringLiteral("192.168.1.1"),
-                               QStringLiteral("255.255.255.0"),
-                               std::nullopt,
-                               {QStringLiteral("admin"), QStringLiteral("newone")}}));
+        QCOMPARE(session.setUp({QStringLiteral("80"),
+                                QStringLiteral("192.168.1.7"),
+                                QStringLiteral("192.168.1.1"),
+                                QStringLiteral("255.255.255.0"),
+                                std::nullopt,
+                                {QStringLiteral("admin"), QStringLiteral("newone")}}),
+                 QString());
         QTRY_COMPARE(module.requests().size(), 3);
         QCOMPARE(lines().size(), 4);
         QVERIFY(lines().at(0).contains("\"ff13039ca5251a2b3c61646d696e002a2a2a2a2a2a00\""));

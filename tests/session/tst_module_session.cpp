@@ -251,7 +251,7 @@ private Q_SLOTS:
     {
         UdpModule module;
         ModuleSession session(desk(), admin(), networkOf(module));
-        QVERIFY(session.setUp(settings()));
+        QCOMPARE(session.setUp(settings()), QString());
         QTRY_COMPARE(module.requests().size(), 2);
         const QByteArray setup("\xff\x56\x05\x9c\xa5\x25\x1a\x2b\x3c"
                                "admin\0admin\0\x09\x38\x03\x80\x20\x19\x50\x00\x02"
@@ -269,7 +269,7 @@ private Q_SLOTS:
         ModuleSettings wanted = settings();
         wanted.name = QStringLiteral("Floor-3-North-16");
         wanted.newCredentials = {QStringLiteral("root"), QStringLiteral("secret")};
-        QVERIFY(session.setUp(wanted));
+        QCOMPARE(session.setUp(wanted), QString());
         QTRY_COMPARE(module.requests().size(), 2);
         QCOMPARE(module.requests()[0].size(), 89);
         QCOMPARE(module.requests()[0].mid(9, 12), QByteArray("admin\0admin\0", 12));
@@ -306,9 +306,19 @@ private Q_SLOTS:
                                                  &wanted.newCredentials.username,
                                                  &wanted.newCredentials.password};
         *fields.at(static_cast<std::size_t>(field)) = text;
-        QVERIFY(!session.setUp(wanted));
-        QVERIFY(session.setUp(settings())); // a mark: the first thing that arrives
+        QCOMPARE(session.setUp(wanted), QStringLiteral("they do not fit into a module"));
+        QCOMPARE(session.setUp(settings()), QString()); // a mark: the first thing that arrives
         QTRY_COMPARE(module.requests().size(), 2);
+    }
+
+    void aSetupThatCannotLeaveSaysWhy()
+    {
+        UdpModule module;
+        ModuleNetwork network = networkOf(module);
+        network.localAddress = QHostAddress(QStringLiteral("203.0.113.9")); // nobody's here
+        ModuleSession session(desk(), admin(), network);
+        QCOMPARE(session.setUp(settings()), QStringLiteral("The address is not available"));
+        QVERIFY(module.requests().isEmpty());
     }
 
     void manyAtATime()
