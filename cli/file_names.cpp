@@ -2,14 +2,24 @@
 
 #include "cli/failure.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QRegularExpression>
 #include <QSet>
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 
 namespace {
 const QLatin1String placeholder("{name}");
+
+namespace fs = std::filesystem;
+
+/// From the root and without links, as far as there is such a file; empty where that cannot be
+/// learnt.
+fs::path wholePath(const QString &name)
+{
+    std::error_code unknown;
+    return fs::weakly_canonical(fs::absolute(fs::path(name.toStdU16String()), unknown), unknown);
+}
 
 bool isReserved(const QString &name)
 {
@@ -38,11 +48,10 @@ bool isSameFile(const QString &one, const QString &other)
 {
     if (one.isEmpty() || other.isEmpty())
         return false;
-    const QFileInfo first(one);
-    const QFileInfo second(other);
-    if (first.exists() || second.exists())
-        return first.exists() && second.exists() && first == second;
-    return QDir::cleanPath(first.absoluteFilePath()) == QDir::cleanPath(second.absoluteFilePath());
+    std::error_code unknown; // where nothing can be learnt, they count as two
+    const fs::path first = wholePath(one);
+    const fs::path second = wholePath(other);
+    return fs::equivalent(first, second, unknown) || (!first.empty() && first == second);
 }
 
 QStringList filesFor(const QString &pattern, const std::vector<Device> &devices)

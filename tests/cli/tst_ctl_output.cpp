@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTest>
+#include <filesystem>
 #include <unistd.h>
 
 namespace {
@@ -159,6 +160,7 @@ private Q_SLOTS:
         row("apply FILE");
         row("diff FILE");
         row("apply LINK");
+        row("apply TWIN");
         row("diff {name}");
         row("save FILE");
         row("save FOLDER/../FILE");
@@ -180,6 +182,8 @@ private Q_SLOTS:
         write(folder.filePath(QStringLiteral("FILE")), text);
         write(folder.filePath(QStringLiteral("OTHER")), text);
         QVERIFY(QFile::link(QStringLiteral("FILE"), folder.filePath(QStringLiteral("LINK"))));
+        std::filesystem::create_hard_link(folder.filePath(QStringLiteral("FILE")).toStdString(),
+                                          folder.filePath(QStringLiteral("TWIN")).toStdString());
         QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("FOLDER")));
         const QString list = folder.filePath(QStringLiteral("list"));
         write(list, "FILE " + desk.option().mid(3).toUtf8());

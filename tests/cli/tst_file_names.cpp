@@ -1,6 +1,9 @@
 #include "cli/failure.h"
 #include "cli/file_names.h"
 
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 namespace {
@@ -76,6 +79,26 @@ private Q_SLOTS:
                                                 {QStringLiteral("Desk"), QStringLiteral("desk")});
         QCOMPARE(mistakes.size(), 1);
         QVERIFY(mistakes.first().contains(QStringLiteral("the file of two devices")));
+    }
+
+    void oneFileHasManyNames()
+    {
+        const QTemporaryDir folder;
+        const QDir dir(folder.path());
+        QVERIFY(dir.mkdir(QStringLiteral("real")));
+        QVERIFY(QFile::link(dir.filePath(QStringLiteral("real")),
+                            dir.filePath(QStringLiteral("linked.lnk")))); // as Windows wants it
+        const QString file = dir.filePath(QStringLiteral("real/new.txt"));
+        QVERIFY(isSameFile(file, dir.filePath(QStringLiteral("real/../real/./new.txt"))));
+#ifndef Q_OS_WIN // where such a link is no folder
+        QVERIFY(isSameFile(file, dir.filePath(QStringLiteral("linked.lnk/new.txt"))));
+#endif
+        QVERIFY(isSameFile(QStringLiteral("new.txt"), QStringLiteral("./new.txt")));
+        QVERIFY(isSameFile(QStringLiteral("new.txt"),
+                           QDir().absoluteFilePath(QStringLiteral("new.txt"))));
+        QVERIFY(!isSameFile(file, dir.filePath(QStringLiteral("real/other.txt"))));
+        QVERIFY(!isSameFile(file, dir.filePath(QStringLiteral("new.txt"))));
+        QVERIFY(!isSameFile(QString(), QString()));
     }
 };
 
