@@ -1,16 +1,21 @@
 #include "supervisor.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
+#include <thread>
 #include <utility>
 #ifdef Q_OS_LINUX
 #include <csignal>
 #include <sys/prctl.h>
 #endif
+
+using namespace std::chrono_literals;
 
 namespace {
 /// A step takes some 0.1 s; what needs many times that hangs.
@@ -21,6 +26,16 @@ constexpr qint64 longestShortening = 1200;   // s
 QString planFile(const QDir &folder, const char *name)
 {
     return folder.filePath(QString::fromLatin1(name));
+}
+
+/// The simulators of a part that has ended early end behind it, and take their ports with them.
+void waitUntilPortsAreGone(const QDir &folder)
+{
+    const QDeadlineTimer patience(2s);
+    while (
+        !patience.hasExpired() &&
+        !folder.entryList({QStringLiteral("switch-*")}, QDir::AllEntries | QDir::System).isEmpty())
+        std::this_thread::sleep_for(5ms);
 }
 
 /// `steps` without the `count` from `from` on.
@@ -159,6 +174,7 @@ bool Supervisor::runPart(const QString &file, int from, Outcome &outcome)
         part.kill();
         part.waitForFinished();
     }
+    waitUntilPortsAreGone(QDir(home.path()));
     outcome.figures.add(figures);
     const bool isAsExpected =
         part.exitStatus() == QProcess::NormalExit && part.exitCode() == (endedEarly ? 1 : 0);
