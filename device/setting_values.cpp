@@ -65,17 +65,14 @@ std::size_t place(SettingKey key)
     return static_cast<std::size_t>(settingNumber(key) - 1);
 }
 
-const QString &keyList()
+QString keyList()
 {
-    static const QString list = [] {
-        QStringList names;
-        for (const SettingKey key : allSettingKeys()) {
-            if (key != SettingKey::Hotkey)
-                names.append(settingName(key));
-        }
-        return names.join(QStringLiteral(", "));
-    }();
-    return list;
+    QStringList names;
+    for (const SettingKey key : allSettingKeys()) {
+        if (key != SettingKey::Hotkey)
+            names.append(settingName(key));
+    }
+    return names.join(QStringLiteral(", "));
 }
 
 SettingKey keyFrom(QString name)

@@ -237,9 +237,6 @@ bool Soak::runWizard()
            answers_.answered() - answeredBefore >= dialogsOfAWizard;
 }
 
-/// Two megabytes, and the answer to a button behind them that says they have been read. Behind so
-/// much text datagrams are lost on a busy machine: the end of a line, or the answer, after which
-/// the buzzer's other button is pressed, as its user would.
 bool Soak::fillTerminal()
 {
     qint64 heard = 0;
@@ -257,6 +254,9 @@ bool Soak::fillTerminal()
     return false;
 }
 
+/// Two megabytes, and the answer to a button behind them that says they have been read. Behind so
+/// much text datagrams are lost on a busy machine: the end of a line, or the answer, after which
+/// the buzzer's other button is pressed, as its user would.
 qint64 Soak::hearText()
 {
     const auto *terminal =
