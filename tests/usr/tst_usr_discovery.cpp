@@ -108,7 +108,7 @@ private Q_SLOTS:
         clock.start();
         QCOMPARE(searcher.search_USR(), -1);
         QVERIFY2(clock.elapsed() >= 1500, qPrintable(QString::number(clock.elapsed())));
-        QVERIFY2(clock.elapsed() < 4000, qPrintable(QString::number(clock.elapsed())));
+        QVERIFY2(clock.elapsed() < 10'000, qPrintable(QString::number(clock.elapsed())));
         QVERIFY(searcher.get_replies().isEmpty());
         QVERIFY(searcher.get_senders().isEmpty());
         QVERIFY2(cpuSeconds() - cpuBefore < 0.7, "the window was spent spinning");
@@ -232,7 +232,7 @@ private Q_SLOTS:
     {
         FakeModule module;
         module.answerSearches({good()});
-        UsrNetwork network = module.network();
+        UsrNetwork network = module.network(2000ms, 100ms);
         network.discoveryPort = freePort();
         QUdpSocket other;
         QVERIFY(other.bind(network.localAddress, network.discoveryPort));
@@ -242,7 +242,7 @@ private Q_SLOTS:
         QElapsedTimer clock;
         clock.start();
         QCOMPARE(searcher.search_USR(), -1);
-        QVERIFY(clock.elapsed() < 100);
+        QVERIFY(clock.elapsed() < 2000); // it has not waited for answers
         QVERIFY(boxes_->seen().isEmpty());
         QVERIFY(module.frames().isEmpty());
 
