@@ -191,7 +191,7 @@ private:
         const qsizetype colon = value.lastIndexOf(QLatin1Char(':'));
         bool isNumber = false;
         const quint16 port = value.mid(colon + 1).toUShort(&isNumber);
-        if (colon < 0 || !isNumber)
+        if (colon <= 0 || !isNumber)
             refuse(QStringLiteral("--udp needs an address and a port, such as 127.0.0.1:2300"));
         const Ipv4 octets = address(words_.udp, value.left(colon));
         return {QHostAddress(QString::fromStdString(toText(octets))), port};

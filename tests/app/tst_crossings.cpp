@@ -70,6 +70,21 @@ private Q_SLOTS:
         QCOMPARE(s.label("label_Custom_1")->text(), QString());
     }
 
+    /// What reads the buffer after a delay is a slot, which anybody may call.
+    void thereIsNothingToReadWithoutAConnection()
+    {
+        SerialWindow s;
+        QVERIFY(s.startAndRead());
+        s.button("pushButton_OFF_Connection")->click();
+        const QByteArray log = s.log();
+        for (int reads = 0; reads < 6; ++reads) // so many in vain, and the window says so
+            QVERIFY(QMetaObject::invokeMethod(s.window.get(), "get_data_from_TRQ_by_serial_port"));
+        QVERIFY(QMetaObject::invokeMethod(s.window.get(), "set_current_layout_from_buff"));
+        QCOMPARE(s.log(), log);
+        QVERIFY(s.user.seen().isEmpty());
+        QVERIFY(isDisconnected(s));
+    }
+
     void offBeforeARefreshIsAnsweredLeavesOnForTheUser()
     {
         SerialWindow s;

@@ -245,6 +245,7 @@ private Q_SLOTS:
         QCOMPARE(bench.picture(), QStringLiteral("..../2.../3.../1..4"));
         // the focus went along
         QTest::keyClick(&bench.table, Qt::Key_Right, Qt::ControlModifier);
+        QCOMPARE(bench.picture(), QStringLiteral("..../2.../3.../.1.4"));
         QTest::keyClick(&bench.table, Qt::Key_Right, Qt::ControlModifier | Qt::KeypadModifier);
         QCOMPARE(bench.picture(), QStringLiteral("..../2.../3.../..14"));
         QTest::keyClick(&bench.table, Qt::Key_Up, Qt::ControlModifier);

@@ -136,6 +136,8 @@ private Q_SLOTS:
         row("replay a --link /tmp/x --udp 127.0.0.1:23",
             "--link makes a serial port, and --udp makes none");
         row("replay a --udp 23", "--udp needs an address and a port, such as 127.0.0.1:2300");
+        row("replay a --udp :23", "--udp needs an address and a port, such as 127.0.0.1:2300");
+        row("replay a --udp 1:23", "--udp needs an IPv4 address, not \"1\"");
         row("replay a --udp here:23", "--udp needs an IPv4 address, not \"here\"");
         row("replay a --speed 0", "--speed needs a number from 0.001 to 1000");
         row("module --fleet 0", "--fleet needs a number from 1 to 1000");
