@@ -17,8 +17,8 @@ public:
     }
     ~Pipe()
     {
+        std::fclose(file_); // first: what is left in it must not go to a pipe without a reader
         ::close(ends_[0]);
-        std::fclose(file_);
     }
     Pipe(const Pipe &) = delete;
     Pipe &operator=(const Pipe &) = delete;
