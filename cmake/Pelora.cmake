@@ -92,8 +92,15 @@ function(pelora_test name)
   endif()
   add_executable(${name} ${TEST_SOURCES})
   target_link_libraries(${name} PRIVATE ${TEST_LINK} Qt6::Test)
-  if(NOT TEST_SOURCES MATCHES "[.]h(;|$)")
-    # A test includes what moc makes of it itself, and this file is empty.
+  # A test includes what moc makes of it itself. This file is for headers, and empty without one for moc.
+  set(for_moc "")
+  foreach(header IN LISTS TEST_SOURCES)
+    if(header MATCHES "[.]h$")
+      file(STRINGS ${header} found LIMIT_COUNT 1 REGEX "Q_OBJECT|Q_GADGET|Q_NAMESPACE")
+      list(APPEND for_moc ${found})
+    endif()
+  endforeach()
+  if(NOT for_moc)
     set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/${name}_autogen/mocs_compilation.cpp
       PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
   endif()
