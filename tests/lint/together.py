@@ -44,7 +44,7 @@ def batches(commands, sources):
     alike = {}
     for source in sources:
         if source not in compiled:
-            raise LookupError(f"{source} is no source of this build")
+            sys.exit(f"lint: {source} is no source of this build")
         entry = compiled[source]
         alike.setdefault((entry["directory"], flags_of(entry)), []).append(source)
     for how, group in alike.items():
@@ -57,7 +57,7 @@ def tidy(folder, how, group):
     directory, flags = how
     beside = dict.fromkeys("-iquote" + os.path.dirname(source) for source in group)
     lines = [(source, number, text) for source in group
-             for number, text in enumerate(pathlib.Path(source).read_text("utf-8").splitlines(), 1)]
+             for number, text in enumerate(pathlib.Path(source).read_text("utf-8").split("\n"), 1)]
     with tempfile.NamedTemporaryFile("w", suffix=".cpp", dir=folder, encoding="utf-8") as whole:
         whole.writelines(text + "\n" for _, _, text in lines)
         whole.flush()
