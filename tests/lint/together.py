@@ -24,18 +24,14 @@ AT_ONCE = 8  # more would leave a processor without work at the end
 
 def flags_of(entry):
     """How a source is compiled, without its own name, its output and what GCC has precompiled."""
-    flags = []
-    words = iter(shlex.split(entry["command"]))
-    for word in words:  # up to the compiler, which a launcher may precede
-        if word.endswith("++"):
-            break
-    for word in words:
-        following = next(words) if word in ("-o", "-include") else None
-        if word == "-include" and not following.endswith("cmake_pch.hxx"):
-            flags += [word, following]
-        elif following is None and word not in ("-c", "-Winvalid-pch", entry["file"]):
-            flags.append(word)
-    return tuple(flags)
+    words = shlex.split(entry["command"])
+    compiler = next(at for at, word in enumerate(words) if word.endswith("++"))  # a launcher may precede it
+    flags = words[compiler + 1:]
+    for option in ("-o", "-include"):
+        if option in flags:
+            at = flags.index(option)
+            del flags[at:at + 2]
+    return tuple(flag for flag in flags if flag not in ("-c", "-Winvalid-pch", entry["file"]))
 
 
 def batches(commands, sources):
